@@ -1,0 +1,14 @@
+# Read by the other scripts: how they build. Runs nothing by itself.
+# shellcheck shell=sh disable=SC2034
+
+jobs=$(nproc 2>/dev/null || echo 2)
+
+# ninja where there is one; a build folder keeps the generator that it was made with.
+if [ -z "${CMAKE_GENERATOR:-}" ] && command -v ninja >/dev/null; then
+    export CMAKE_GENERATOR=Ninja
+fi
+
+# build PRESET: configures and builds all of it.
+build() {
+    cmake --preset "$1" && cmake --build --preset "$1" -j "$jobs"
+}

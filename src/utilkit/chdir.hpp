@@ -1,0 +1,17 @@
+// The working directory. The system calls for it are made here and nowhere else.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace vexbind {
+
+/// Changes the working directory: 0 on success (then also for a null `path`, which does nothing),
+/// 255 on failure. Success copies `path` into `_cwd`.
+std::uint8_t chDir(const char* path);
+
+/// Puts the terminated name of the working directory into `buffer`; false when it cannot be had
+/// or does not fit.
+[[nodiscard]] bool getCwd0(std::span<char> buffer);
+
+} // namespace vexbind

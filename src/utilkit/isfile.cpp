@@ -1,0 +1,29 @@
+#include "utilkit/isfile.hpp"
+
+#include "settings/settings.hpp"
+#include "utilkit/chdir.hpp"
+
+#include <cstdio>
+
+namespace vexbind {
+
+bool isFile(const char* path) {
+    std::FILE* stream = std::fopen(path, "r");
+    if (stream == nullptr) {
+        return false;
+    }
+    static_cast<void>(std::fclose(stream));
+    return true;
+}
+
+bool isDir(const char* path) {
+    PathBuffer here{};
+    // A directory that cannot be returned to is not entered.
+    if (!getCwd0(here) || chDir(path) != 0) {
+        return false;
+    }
+    chDir(here.data());
+    return true;
+}
+
+} // namespace vexbind

@@ -1,0 +1,118 @@
+#include "utilkit/scan.hpp"
+
+#include <charconv>
+#include <cstdio>
+#include <limits>
+#include <system_error>
+
+namespace vexbind {
+
+static void skipBlanks(Cursor& cursor) {
+    while (cursor.next != cursor.last && isBlank(*cursor.next)) {
+        ++cursor.next;
+    }
+}
+
+static bool endsHere(const char* position, const char* last) {
+    return position == last || isBlank(*position);
+}
+
+/// Accepts what from_chars converted when it is a whole word and in range.
+static bool acceptWord(Cursor& cursor, std::from_chars_result result) {
+    if (result.ec != std::errc() || !endsHere(result.ptr, cursor.last)) {
+        return false;
+    }
+    cursor.next = result.ptr;
+    return true;
+}
+
+/// The C library's opinion, by a format of one conversion and "%n".
+template <class Number> static bool scanByLibrary(Cursor& cursor, const char* format, Number& value) {
+    int consumed = 0;
+    // NOLINTNEXTLINE(cert-err34-c): wrapping numbers that are too large is the C scanner's way, wanted here
+    if (std::sscanf(cursor.next, format, &value, &consumed) != 1) {
+        return false;
+    }
+    cursor.next += consumed;
+    return true;
+}
+
+static bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+static bool isSign(char character) {
+    return character == '-' || character == '+';
+}
+
+bool scanReal(Cursor& cursor, float& value) {
+    skipBlanks(cursor);
+    // Words such as "inf" are for the library, which knows more of them.
+    const char* digits = cursor.next + (*cursor.next == '-' ? 1 : 0);
+    if ((isDigit(*digits) || *digits == '.') &&
+        acceptWord(cursor, std::from_chars(cursor.next, cursor.last, value))) {
+        return true;
+    }
+    return scanByLibrary(cursor, "%f%n", value);
+}
+
+bool scanDecimal(Cursor& cursor, std::int32_t& value) {
+    skipBlanks(cursor);
+    const char* digits = cursor.next + (isSign(*cursor.next) ? 1 : 0);
+    if (!isDigit(*digits)) {
+        return false;
+    }
+    const char* first = *cursor.next == '+' ? digits : cursor.next;
+    const std::from_chars_result result = std::from_chars(first, cursor.last, value);
+    if (result.ec == std::errc()) {
+        cursor.next = result.ptr;
+        return true;
+    }
+    return scanByLibrary(cursor, "%d%n", value);
+}
+
+bool scanHexadecimal(Cursor& cursor, std::uint32_t& value) {
+    skipBlanks(cursor);
+    if (acceptWord(cursor, std::from_chars(cursor.next, cursor.last, value, 16))) {
+        return true;
+    }
+    return scanByLibrary(cursor, "%x%n", value);
+}
+
+bool scanLetter(Cursor& cursor, char& letter) {
+    skipBlanks(cursor);
+    if (*cursor.next == '\0') {
+        return false;
+    }
+    letter = *cursor.next;
+    ++cursor.next;
+    return true;
+}
+
+bool scanReals(Cursor cursor, std::span<float> values) {
+    for (float& value : values) {
+        if (!scanReal(cursor, value)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool scanDecimals(Cursor cursor, std::span<std::int32_t> values) {
+    for (std::int32_t& value : values) {
+        if (!scanDecimal(cursor, value)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::int32_t truncateToInt(double value) {
+    // Both bounds are exact; a value that is not a number fails the comparison.
+    if (value > -2147483649.0 && value < 2147483648.0) {
+        return static_cast<std::int32_t>(value);
+    }
+    return std::numeric_limits<std::int32_t>::min();
+}
+
+} // namespace vexbind

@@ -1,0 +1,45 @@
+// Numbers in text, read as the C library's sscanf reads them in the "C" locale.
+//
+// Plain spellings take a short road (std::from_chars); any other is left to sscanf itself, so that
+// the results agree for every spelling. Each routine moves the cursor behind what it converted. The
+// text must be terminated at `last`.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace vexbind {
+
+/// Whether `character` is white space in the "C" locale.
+constexpr bool isBlank(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+struct Cursor {
+    const char* next;
+    const char* last;
+};
+
+/// As "%f": false when nothing converts.
+bool scanReal(Cursor& cursor, float& value);
+
+/// As "%d".
+bool scanDecimal(Cursor& cursor, std::int32_t& value);
+
+/// As "%x".
+bool scanHexadecimal(Cursor& cursor, std::uint32_t& value);
+
+/// As " %c": the next character that is not white space.
+bool scanLetter(Cursor& cursor, char& letter);
+
+/// As "%f" for every value, until one does not convert; whether all did.
+bool scanReals(Cursor cursor, std::span<float> values);
+
+/// As "%d" for every value, until one does not convert; whether all did.
+bool scanDecimals(Cursor cursor, std::span<std::int32_t> values);
+
+/// `value` truncated toward zero; what does not fit, and what is not a number, gives the smallest
+/// 32-bit number.
+std::int32_t truncateToInt(double value);
+
+} // namespace vexbind

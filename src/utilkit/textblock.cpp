@@ -1,0 +1,56 @@
+#include "utilkit/textblock.hpp"
+
+#include "utilkit/status.hpp"
+#include "utilkit/tracked.hpp"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace vexbind {
+
+static constexpr std::size_t firstCapacity = std::size_t{256} * 1024;
+
+std::string_view pendingText(const TextBlock& block) {
+    return {block.bytes + block.next, block.end - block.next};
+}
+
+/// Makes room behind the pending bytes, which move to the front of the block.
+static bool makeRoom(TextBlock& block) {
+    if (block.next > 0) {
+        std::memmove(block.bytes, block.bytes + block.next, block.end - block.next);
+        block.end -= block.next;
+        block.next = 0;
+    }
+    if (block.end < block.capacity) {
+        return true;
+    }
+    // The block stands for the stream's own buffer, so it is not counted.
+    const std::size_t capacity = block.capacity == 0 ? firstCapacity : 2 * block.capacity;
+    auto* bytes = static_cast<char*>(std::realloc(block.bytes, capacity + 1));
+    if (bytes == nullptr) {
+        raiseAllocError(strAllocFailed, "getLine", static_cast<std::uint32_t>(capacity + 1), 1);
+        return false;
+    }
+    block.bytes = bytes;
+    block.capacity = capacity;
+    return true;
+}
+
+bool fillTextBlock(TextBlock& block, std::FILE* stream) {
+    if (!makeRoom(block)) {
+        return false;
+    }
+    const std::size_t count = std::fread(block.bytes + block.end, 1, block.capacity - block.end, stream);
+    const char* fresh = block.bytes + block.end;
+    block.hasOddBytes = block.hasOddBytes || std::memchr(fresh, '\r', count) != nullptr ||
+                        std::memchr(fresh, endOfFileMark, count) != nullptr;
+    block.end += count;
+    return count > 0;
+}
+
+void freeTextBlock(TextBlock& block) {
+    std::free(block.bytes);
+    block = TextBlock{};
+}
+
+} // namespace vexbind

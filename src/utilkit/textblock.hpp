@@ -1,0 +1,31 @@
+// Reading text ahead in large blocks, so that lines and words can be handed out where they lie.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <string_view>
+
+namespace vexbind {
+
+/// Bytes read ahead from one stream. A zeroed record is an empty block.
+struct TextBlock {
+    char* bytes;          // owned, `capacity` + 1 bytes: any text in it can be terminated
+    std::size_t capacity; // 0 before the first fill
+    std::size_t next;     // the first byte not handed out yet
+    std::size_t end;      // behind the last byte read
+    bool hasOddBytes;     // a carriage return or an end-of-file mark may be among them
+};
+
+/// The character that some editors put at the end of a text.
+inline constexpr char endOfFileMark = 26;
+
+/// The bytes read ahead and not handed out yet.
+std::string_view pendingText(const TextBlock& block);
+
+/// Reads more behind the pending bytes, which may move; false at the end of the file and after a read
+/// error. The block grows as long texts need it; a failed allocation is raised at strAllocFailed.
+bool fillTextBlock(TextBlock& block, std::FILE* stream);
+
+void freeTextBlock(TextBlock& block);
+
+} // namespace vexbind
