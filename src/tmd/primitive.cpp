@@ -1,0 +1,99 @@
+// Sets currentObject and currentPolygon.
+#include "tmd/primitive.hpp"
+
+#include "model/attributes.hpp"
+#include "model/tables.hpp"
+#include "tmd/current.hpp"
+#include "tmd/modes.hpp"
+#include "tmd/notexture.hpp"
+#include "utilkit/errors.hpp"
+#include "utilkit/put4.hpp"
+#include "utilkit/status.hpp"
+
+namespace vexbind {
+
+const RSD* currentObject = nullptr;
+std::uint32_t currentPolygon = 0;
+
+namespace {
+
+using Builder = std::uint32_t (*)(const PolygonRecord& poly, const MaterialRecord& mat, PacketArea& area);
+
+/// What the classification of a polygon comes to.
+struct Classified {
+    std::uint32_t mode;
+    std::uint32_t flag;
+    Builder build; // null: not converted yet
+};
+
+} // namespace
+
+static Classified classify_line(PolygonRecord& poly) {
+    if ((poly.attr & gradationBit) != 0) {
+        return {.mode = codeLine | modeIIP, .flag = flagLGT, .build = nullptr};
+    }
+    // Kept: in the table too, so that a flat line never carries the gouraud bit.
+    poly.attr &= ~gouraudBit;
+    return {.mode = codeLine, .flag = flagLGT, .build = nullptr};
+}
+
+static Classified classify_polygon(std::uint32_t attr) {
+    const bool gouraud = (attr & gouraudBit) != 0;
+    const bool textured = (attr & texturedBit) != 0;
+    const bool lightOff = (attr & lightOffBit) != 0;
+    Classified result{.mode = codePolygon, .flag = 0, .build = nullptr};
+    result.mode |= gouraud ? modeIIP : 0;
+    result.mode |= primitive_type(attr) == quadrangle ? modeQuad : 0;
+    result.mode |= textured ? modeTME : 0;
+    result.mode |= lightOff ? modeTGE : 0;
+    result.flag |= lightOff ? flagLGT : 0;
+    result.flag |= (attr & twoSidedBit) != 0 ? flagFCE : 0;
+    if (!textured) {
+        result.flag |= (attr & gradationBit) != 0 && !lightOff ? flagGRD : 0;
+        result.build = gouraud ? gouraud_notexture : flat_notexture;
+    }
+    return result;
+}
+
+static Classified classify(PolygonRecord& poly) {
+    switch (primitive_type(poly.attr)) {
+    case line:
+        return classify_line(poly);
+    case sprite3d:
+        return {.mode = codeSprite | modeTME, .flag = flagLGT, .build = nullptr};
+    default:
+        return classify_polygon(poly.attr);
+    }
+}
+
+std::uint32_t set_primitive(const RSD* object, PacketArea& area, FileRecord* file) {
+    currentObject = object;
+    currentPolygon = 0;
+    bool warned = false;
+    std::uint32_t total = 0;
+    for (std::int32_t i = 0; i < object->npoly; ++i) {
+        auto& poly = elementAt<PolygonRecord>(i, polygon);
+        if (poly.mat_no < 0 && !warned) {
+            warn(NO_MATERIAL_MSG);
+            warned = true;
+        }
+        const auto& mat = elementAt<MaterialRecord>(poly.mat_no + 1, material);
+        const Classified result = classify(poly);
+        const std::uint32_t translucent = (poly.attr & translucentBit) != 0 ? modeABE : 0;
+        put_byte(area, olenOffset, 0);
+        put_byte(area, ilenOffset, 0);
+        put_byte(area, flagOffset, static_cast<std::uint8_t>(result.flag));
+        put_byte(area, modeOffset, static_cast<std::uint8_t>(result.mode | translucent));
+        if (result.build == nullptr) {
+            raiseError(notConverted, NOT_YET_ERR, currentPolygon, ObjList.name[object->number]);
+            continue;
+        }
+        const std::uint32_t size = result.build(poly, mat, area);
+        total += size;
+        put4ByteArray(area.data(), static_cast<std::int32_t>(size / 4), file);
+        ++currentPolygon;
+    }
+    return total;
+}
+
+} // namespace vexbind
