@@ -33,8 +33,20 @@ static bool skipLineEnds(FileRecord* file) {
 
 /// The offset of the first line end in `text`, or its size.
 static std::size_t findLineEnd(std::string_view text, bool mayHaveReturns) {
-    const std::size_t feed = std::min(text.find('\n'), text.size());
-    return mayHaveReturns ? std::min(text.substr(0, feed).find('\r'), feed) : feed;
+    if (!mayHaveReturns) {
+        return std::min(text.find('\n'), text.size());
+    }
+    // Looking for one kind of line end must not run far past the other.
+    std::size_t window = 64;
+    for (std::size_t start = 0; start < text.size(); start += window, window *= 2) {
+        const std::string_view part = text.substr(start, window);
+        const std::size_t feed = std::min(part.find('\n'), part.size());
+        const std::size_t end = std::min(part.substr(0, feed).find('\r'), feed);
+        if (end < part.size()) {
+            return start + end;
+        }
+    }
+    return text.size();
 }
 
 /// Length of the pending line, of which there is at least one byte. `atEnd` tells that the file ended

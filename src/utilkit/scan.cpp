@@ -63,12 +63,15 @@ bool scanDecimal(Cursor& cursor, std::int32_t& value) {
         return false;
     }
     const char* first = *cursor.next == '+' ? digits : cursor.next;
-    const std::from_chars_result result = std::from_chars(first, cursor.last, value);
-    if (result.ec == std::errc()) {
-        cursor.next = result.ptr;
-        return true;
+    // A number that does not fit is read as a long, held at that type's bounds, and cut.
+    long number = 0;
+    const std::from_chars_result result = std::from_chars(first, cursor.last, number);
+    if (result.ec != std::errc()) {
+        number = *first == '-' ? std::numeric_limits<long>::min() : std::numeric_limits<long>::max();
     }
-    return scanByLibrary(cursor, "%d%n", value);
+    value = static_cast<std::int32_t>(number);
+    cursor.next = result.ptr;
+    return true;
 }
 
 bool scanHexadecimal(Cursor& cursor, std::uint32_t& value) {
