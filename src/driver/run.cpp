@@ -10,6 +10,7 @@
 #include "settings/version.hpp"
 #include "tmd/tmdux.hpp"
 #include "utilkit/chdir.hpp"
+#include "utilkit/errors.hpp"
 #include "utilkit/exit.hpp"
 #include "utilkit/status.hpp"
 #include "utilkit/stralloc.hpp"
@@ -18,11 +19,23 @@
 
 namespace vexbind {
 
-static void remember_start_directory() {
-    if (!getCwd0(cwd)) {
+/// Takes the places of standard streams that the caller has closed: the output would land in one of them
+/// and be mixed with messages.
+static void hold_standard_streams() {
+    for (int i = 0; i < 3; ++i) {
+        // Stays open to the end of the run.
+        static_cast<void>(std::fopen("/dev/null", "r"));
+    }
+}
+
+/// False when the start directory has no name that could be returned to.
+static bool remember_start_directory() {
+    const bool known = getCwd0(cwd);
+    if (!known) {
         cwd[0] = '\0';
     }
     _cwd = cwd;
+    return known;
 }
 
 /// Lists the objects that the words from `first` on name; their number.
@@ -64,18 +77,25 @@ static void convert(std::uint32_t count) {
 [[noreturn]] static void end_run() {
     trackedFree(Tmdfile);
     trackedFree(Prjfile);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        raiseError(closeFailed, CLOSE_ERR, "standard output");
+    }
     Exit(normalEnd);
 }
 
 void run(int argumentCount, char** arguments) {
     std::fputs(startNotice, stderr);
-    remember_start_directory();
+    hold_standard_streams();
+    const bool canReturn = remember_start_directory();
     WordList list = collect_words(argumentCount, arguments);
     const std::uint32_t first = option(list);
     if (first >= list.count) {
         usage();
         free_words(list);
         end_run();
+    }
+    if (!canReturn) {
+        raiseError(noWorkingDirectory, GETCWD_ERR, ".");
     }
     if (Verbose != 0) {
         std::fprintf(stderr, "vexbind %s %s\n", versionText, buildDate);

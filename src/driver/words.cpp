@@ -28,6 +28,14 @@ static void open_arg(const char* word, FileRecord& record) {
     }
 }
 
+/// Closes an ARG file that was read to its end, or as far as it could be.
+static void close_arg(const char* word, FileRecord& record) {
+    if (std::ferror(record.stream) != 0) {
+        raiseError(lineReadFailed, RTXT_ERR, word, static_cast<long>(record.line));
+    }
+    fileClose0(&record);
+}
+
 static std::uint32_t count_arg_words(const char* word) {
     FileRecord record{};
     open_arg(word, record);
@@ -35,7 +43,7 @@ static std::uint32_t count_arg_words(const char* word) {
     while (getWord(&record).text != nullptr) {
         ++count;
     }
-    fileClose0(&record);
+    close_arg(word, record);
     return count;
 }
 
@@ -68,7 +76,7 @@ static void append_arg_words(WordList& list, std::uint32_t capacity, const char*
     for (Line each = getWord(&record); each.text != nullptr; each = getWord(&record)) {
         append(list, capacity, each.text);
     }
-    fileClose0(&record);
+    close_arg(word, record);
 }
 
 WordList collect_words(int argumentCount, char** arguments) {

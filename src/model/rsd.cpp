@@ -13,6 +13,7 @@
 #include "utilkit/getfull0.hpp"
 #include "utilkit/isfile.hpp"
 #include "utilkit/mkfname.hpp"
+#include "utilkit/status.hpp"
 #include "utilkit/stralloc.hpp"
 
 #include <algorithm>
@@ -94,14 +95,14 @@ RSD* get_rsd_info(const char* word) {
     object->dir = getDir(fullPath.get()).release();
 
     PathBuffer here{};
-    const bool canReturn = getCwd0(here);
+    if (!getCwd0(here)) {
+        raiseError(noWorkingDirectory, GETCWD_ERR, word);
+    }
     chDir(object->dir);
     read_rsd_files(fullPath.get(), object);
     read_ply_info(object);
     read_mat_info(object);
-    if (canReturn) {
-        chDir(here.data());
-    }
+    chDir(here.data());
     count_object(object);
     return object;
 }

@@ -9,7 +9,7 @@
 
 namespace vexbind {
 
-/// Room for any directory name that the system can change to, terminator included.
+/// Room for any name that the system takes as a directory's, terminator included.
 inline constexpr std::size_t pathBufferSize = 4096;
 using PathBuffer = std::array<char, pathBufferSize>;
 
@@ -25,7 +25,7 @@ extern std::FILE* vout;      // the verbose listing goes here
 extern std::FILE* dout;      // the detail report goes here
 
 extern std::int32_t scaleFactor; // -s, -sc: power-of-two exponent; captured into each RSD record
-extern double scale;             // -sa, else fixed by the first vertices read; 0.0: not yet known
+extern double scale;             // -sa, else fixed by the first object read; 0.0: not yet known
 extern std::int32_t offsetX;     // -t: translation in model units; captured into each RSD record
 extern std::int32_t offsetY;
 extern std::int32_t offsetZ;
@@ -34,7 +34,7 @@ extern char* Tmdfile;       // -o: the output's name, owned; null until the run 
 extern char* Prjfile;       // -id: the project file of the ID list, owned; null without
 extern std::int32_t arcade; // -a, -b: an ArcadeLayout; read by the packet builders and the report
 
-extern PathBuffer cwd;  // the start directory, set by main; Exit returns to it
+extern PathBuffer cwd;  // the start directory, set by run; Exit returns to it
 extern PathBuffer _cwd; // the last directory that chDir changed into
 
 } // namespace vexbind

@@ -6,8 +6,8 @@
 
 namespace vexbind {
 
-/// Changes the working directory: 0 on success (then also for a null `path`, which does nothing),
-/// 255 on failure. Success copies `path` into `_cwd`.
+/// Changes the working directory: 0 on success, which copies `path` into `_cwd`, and 255 on failure. A null
+/// `path` does nothing and gives 0.
 std::uint8_t chDir(const char* path);
 
 /// Puts the terminated name of the working directory into `buffer`; false when it cannot be had

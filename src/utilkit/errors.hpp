@@ -14,8 +14,8 @@ namespace vexbind {
 using MessageCode = const char*;
 
 inline constexpr char OPEN_ERR[] = "Cannot open: \"%s\"\n"; // file name
+// What was wanted, two factors of its size, allocCount, freeCount, allocTotal.
 inline constexpr char ALC_ERR[] = "Alloc Error: \"%s\" %d x %ld(+%ld-%ld:sum=%ld)\n";
-// what was wanted, two factors of its size, allocCount, freeCount, allocTotal
 inline constexpr char EOF_ERR[] = "Unexpected EOF: \"%s\" at %ld bytes\n"; // file name, position
 inline constexpr char READ_ERR[] = "Fail to read: \"%s\" at %ld bytes\n";  // file name, position
 inline constexpr char WRIT_ERR[] = "Fail to write: \"%s\" at %ld bytes\n"; // file name, position
@@ -26,14 +26,14 @@ inline constexpr char FORM_ERR[] = "\"%s\" is not a %s file\n";            // fi
 inline constexpr char VER_ERR[] = "\"%s\" has a bad version: %s\n";        // file name, first line
 inline constexpr char SYN_ERR[] = "Syntax Error: %s line=%ld \"%s\"\n";    // full path, line, text
 inline constexpr char WARN_MSG[] = "WARNING: ";
+// Part of the table, but never raised.
 inline constexpr char LEAK_ERR[] = "Memory leak!: %ld times @ %s\n"; // blocks, place
-// Never raised, but part of the message table.
 
 // The messages of single sites. Nobody ignores these.
-inline constexpr char INDEX_ERR[] = "Bad index: %u [0-%u]\n";        // index, element count
-inline constexpr char CLOSE_ERR[] = "Fail to Close File : %s\n";     // file name
-inline constexpr char SEEK_ERR[] = "Seek error \"%s\" at %ld bytes"; // file name, offset
-// Kept: the seek message has no line end of its own.
+inline constexpr char INDEX_ERR[] = "Bad index: %u [0-%u]\n";    // index, element count
+inline constexpr char CLOSE_ERR[] = "Fail to Close File : %s\n"; // file name
+// Kept: no line end of its own.
+inline constexpr char SEEK_ERR[] = "Seek error \"%s\" at %ld bytes";        // file name, offset
 inline constexpr char GETCWD_ERR[] = "Cannot getcwd: \"%s\"\n";             // path
 inline constexpr char PATH_ERR[] = "Bad path name: \"%s\"\n";               // path
 inline constexpr char MATLIST_ERR[] = "\nERROR:\tBad MAT Format : %s\n";    // rest of the list

@@ -38,8 +38,8 @@ void fileClose(FileRecord* record);
 /// The same for a record of fileOpen0, which stays the caller's.
 void fileClose0(FileRecord* record);
 
-/// Opens the first of `name` itself and `name` with each extension of the list; null, without a
-/// message, when none opens.
+/// Opens the first of `name` itself and what mkFileName0 makes of it with each extension of the list; null,
+/// without a message, when none opens.
 FileRecord* fileMatchOpen(const char* name, ExtensionList extensions, const char* mode);
 
 /// The same through fileOpen0, with the first extension of the list alone (there must be one).

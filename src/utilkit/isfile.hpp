@@ -3,7 +3,8 @@
 
 namespace vexbind {
 
-/// Whether `path` can be opened for reading (a directory can).
+/// Whether `path` can be opened for reading (a directory can). Missing memory is raised as ALC_ERR, named by
+/// the path, at allocFailed.
 bool isFile(const char* path);
 
 /// Whether the working directory can be changed to `path`; it is where it was afterwards.

@@ -12,7 +12,8 @@ namespace vexbind {
 std::int32_t put4Bytes(std::uint32_t value, FileRecord* file);
 
 /// Writes `count` words and returns the bytes written; a count below 1 only flushes and returns 0.
-/// The words may wait in the stream's buffer. A failed write is not reported here but by fileClose.
+/// The words may wait in the stream's buffer. A failed write is not reported here: the next seek or close
+/// fails.
 std::int32_t put4ByteArray(const std::uint32_t* words, std::int32_t count, FileRecord* file);
 
 } // namespace vexbind

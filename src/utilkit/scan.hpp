@@ -1,8 +1,7 @@
 // Numbers in text, read as the C library's sscanf reads them in the "C" locale.
 //
 // Plain spellings take a short road (std::from_chars); any other is left to sscanf itself, so that
-// the results agree for every spelling. Each routine moves the cursor behind what it converted. The
-// text must be terminated at `last`.
+// the results agree for every spelling. The text must be terminated at `last`.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +19,7 @@ struct Cursor {
     const char* last;
 };
 
-/// As "%f": false when nothing converts.
+/// As "%f": moves the cursor behind the number, or returns false when nothing converts.
 bool scanReal(Cursor& cursor, float& value);
 
 /// As "%d".

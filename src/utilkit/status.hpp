@@ -22,7 +22,7 @@ enum Status : std::int32_t {
     plyNotFound = 100,
     matNotFound = 200,
 
-    allocFailed = memCode + 0, // tables, records and lists that have no site of their own
+    allocFailed = memCode + 0, // tables, records, lists and names without a site of their own
     fileRecordAllocFailed = memCode + 1,
     strAllocFailed = memCode + 2,
     strCopyFailed = memCode + 3,

@@ -22,8 +22,8 @@ inline constexpr char endOfFileMark = 26;
 /// The bytes read ahead and not handed out yet.
 std::string_view pendingText(const TextBlock& block);
 
-/// Reads more behind the pending bytes, which may move; false at the end of the file and after a read
-/// error. The block grows as long texts need it; a failed allocation is raised at strAllocFailed.
+/// Reads more behind the pending bytes, which may move; false when there is no more to be had. The block
+/// grows as long texts need it; a failed allocation is raised at strAllocFailed.
 bool fillTextBlock(TextBlock& block, std::FILE* stream);
 
 void freeTextBlock(TextBlock& block);

@@ -1,5 +1,5 @@
-// The accounting of memory: what every allocation and release of the program is counted in, and
-// tracked memory that has no routine of its own.
+// The accounting of memory, and counted memory that has no routine of its own. Buffers of streams and
+// strings of the library are not counted.
 //
 // Sizes are counted as the message of a failed allocation shows them: in the units of the format's
 // reference machine (4-byte pointers), whatever the blocks really take here.
