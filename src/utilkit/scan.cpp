@@ -17,12 +17,15 @@ static bool endsHere(const char* position, const char* last) {
     return position == last || isBlank(*position);
 }
 
-/// Accepts what from_chars converted when it is a whole word and in range.
-static bool acceptWord(Cursor& cursor, std::from_chars_result result) {
+/// Takes what from_chars converted when it is a whole word and in range; `value` is left alone otherwise.
+template <class Number>
+static bool acceptWord(Cursor& cursor, std::from_chars_result result, const Number& converted,
+                       Number& value) {
     if (result.ec != std::errc() || !endsHere(result.ptr, cursor.last)) {
         return false;
     }
     cursor.next = result.ptr;
+    value = converted;
     return true;
 }
 
@@ -49,8 +52,9 @@ bool scanReal(Cursor& cursor, float& value) {
     skipBlanks(cursor);
     // Words such as "inf" are for the library, which knows more of them.
     const char* digits = cursor.next + (*cursor.next == '-' ? 1 : 0);
+    float converted = 0;
     if ((isDigit(*digits) || *digits == '.') &&
-        acceptWord(cursor, std::from_chars(cursor.next, cursor.last, value))) {
+        acceptWord(cursor, std::from_chars(cursor.next, cursor.last, converted), converted, value)) {
         return true;
     }
     return scanByLibrary(cursor, "%f%n", value);
@@ -76,7 +80,8 @@ bool scanDecimal(Cursor& cursor, std::int32_t& value) {
 
 bool scanHexadecimal(Cursor& cursor, std::uint32_t& value) {
     skipBlanks(cursor);
-    if (acceptWord(cursor, std::from_chars(cursor.next, cursor.last, value, 16))) {
+    std::uint32_t converted = 0;
+    if (acceptWord(cursor, std::from_chars(cursor.next, cursor.last, converted, 16), converted, value)) {
         return true;
     }
     return scanByLibrary(cursor, "%x%n", value);
