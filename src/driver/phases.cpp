@@ -39,7 +39,7 @@ static void read_object(RSD* object) {
     if (Verbose != 0) {
         std::fprintf(stderr, "(Reading %s...)        \r", object->ply);
     }
-    chDir(object->dir);
+    enter_directory(object);
     read_ply(object->ply, object, PlySections::all);
     if (Verbose != 0) {
         std::fprintf(stderr, "\r(Reading %s...)      \r", object->mat);
@@ -87,7 +87,7 @@ void write_vertices(FileRecord* file) {
     for (std::uint32_t i = 0; i < TmdData.nObj; ++i) {
         RSD* object = ObjList.rsd[i];
         progress("(Writing VERTICES...)  \r");
-        chDir(object->dir);
+        enter_directory(object);
         read_ply(object->ply, object, PlySections::vertices);
         const std::int32_t count = out_vertex(file, object);
         if (Verbose != 0) {
@@ -106,7 +106,7 @@ void write_normals(FileRecord* file) {
     for (std::uint32_t i = 0; i < TmdData.nObj; ++i) {
         RSD* object = ObjList.rsd[i];
         progress("(Writing NORMALS...)   \r");
-        chDir(object->dir);
+        enter_directory(object);
         read_ply(object->ply, object, PlySections::normals);
         const std::int32_t count = out_normal(file, object);
         entry_of(i).normal_top += TmdData.vertexBytes + TmdData.normalBytes;

@@ -65,6 +65,7 @@ static double power_of_two(std::int32_t exponent) {
 }
 
 /// What rounds `value` half away from zero when it is added before truncation.
+// Kept: 0.0 takes the negative half, so that a translated 0.0 comes out one short.
 static double half_toward(float value) {
     return value > 0 ? 0.5 : -0.5;
 }

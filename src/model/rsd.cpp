@@ -85,6 +85,11 @@ static void count_object(const RSD* object) {
     ObjList.nPrim += static_cast<std::uint32_t>(object->npoly);
 }
 
+void enter_directory(const RSD* object) {
+    // A file directly below the root has an empty directory, to which nothing could be changed.
+    chDir(object->dir[0] == '\0' ? "/" : object->dir);
+}
+
 RSD* get_rsd_info(const char* word) {
     const Text name = find_rsd(word);
     if (!name) {
@@ -98,7 +103,7 @@ RSD* get_rsd_info(const char* word) {
     if (!getCwd0(here)) {
         raiseError(noWorkingDirectory, GETCWD_ERR, word);
     }
-    chDir(object->dir);
+    enter_directory(object);
     read_rsd_files(fullPath.get(), object);
     read_ply_info(object);
     read_mat_info(object);

@@ -33,7 +33,7 @@ struct RSD {
     std::uint32_t number; // position in ObjList
 };
 
-inline constexpr std::uint32_t countedRSD = 84; // the fields before `number`, in 4-byte words
+inline constexpr std::uint32_t countedRSD = 84; // bytes of the fields before `number`, in the accounting
 inline constexpr std::int16_t noId = -1;
 
 enum RsdVersion : std::uint8_t { oldVersion = 0, currentVersion = 1 };
@@ -63,6 +63,9 @@ RSD* newRSD(const char* word);
 
 /// Takes the object out of ObjList and releases all it owns; a record that is not listed is left alone.
 void deleteRSD(RSD* object);
+
+/// Makes the object's directory the working directory.
+void enter_directory(const RSD* object);
 
 /// Releases the arrays of ObjList.
 void freeObjList();

@@ -5,8 +5,7 @@
 
 namespace vexbind {
 
-// Mode: primitive code and drawing options.
-inline constexpr std::uint32_t codeMask = 0xE0;
+// Mode: primitive code in the three high bits, and drawing options.
 inline constexpr std::uint32_t codePolygon = 0x20;
 inline constexpr std::uint32_t codeLine = 0x40;
 inline constexpr std::uint32_t codeSprite = 0x60;
