@@ -176,8 +176,8 @@ TEST(GetParams, EveryLengthOfListSurvivesTheEndOfABlock) {
     static constexpr std::size_t block = 1U << 20;
     for (std::size_t length = 1; length <= maxParams; ++length) {
         forgetAllLists();
-        // Fill up so that `length` bytes end right at, or some bytes behind, the end of the block.
-        for (std::size_t beyond = 0; beyond < length; beyond += 5) {
+        // Fill up so that a list ends right at the end of the block, just behind it, or just begins there.
+        for (const std::size_t beyond : {std::size_t{0}, std::size_t{1}, length - 1}) {
             forgetAllLists();
             std::size_t used = 0;
             while (block - used > length - beyond) {

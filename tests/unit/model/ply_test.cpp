@@ -53,7 +53,7 @@ struct PlaceRow {
 constexpr double almostHalf = 0.49999999999999994; // the number right below one half
 constexpr std::int32_t smallest = std::numeric_limits<std::int32_t>::min();
 
-constexpr std::array<PlaceRow, 66> placeRows = {{
+constexpr std::array<PlaceRow, 68> placeRows = {{
     // Halves go away from zero.
     {"0.4", 1.0, 0, 0},
     {"0.5", 1.0, 0, 1},
@@ -111,6 +111,8 @@ constexpr std::array<PlaceRow, 66> placeRows = {{
     {"50", -2.57, 0, -128}, // the product gives -128.5, although 2.57 is a little less
     {"-50", -2.57, 0, 128},
     {"3", 0.1, 0, 0},
+    {"12345678", 0.3, 0, 3703703}, // 3703703.4 + 0.5; in single precision it would be 3703703.5
+    {"16777215", 0.9, 0, 15099494},
     {"0.333", 3000.0, 0, 999},
     {"100", 0.01, 0, 1},
     // The limits of 32 bits, and what lies beyond.
