@@ -121,6 +121,8 @@ void finish_table(FileRecord* file) {
     }
     fileSeek(file, tmdHeaderBytes);
     putMyMem(TmdData.objtbl, file);
+    // The ID list may be written over the TMD, when both have one name: it comes later.
+    std::fflush(file->stream);
 }
 
 } // namespace vexbind

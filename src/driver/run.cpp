@@ -1,7 +1,9 @@
 #include "driver/run.hpp"
 
+#include "driver/idtable.hpp"
 #include "driver/options.hpp"
 #include "driver/phases.hpp"
+#include "driver/project.hpp"
 #include "driver/words.hpp"
 #include "model/rsd.hpp"
 #include "model/rsdprint.hpp"
@@ -66,6 +68,10 @@ static void convert(std::uint32_t count) {
     write_vertices(file);
     write_normals(file);
     finish_table(file);
+    if (Prjfile != nullptr) {
+        read_prj(Prjfile);
+        write_idtable(Tmdfile);
+    }
     for (std::uint32_t i = 0; i < count; ++i) {
         deleteRSD(ObjList.rsd[i]);
     }

@@ -1,7 +1,8 @@
 // The words are counted first and then stored, in two passes over the same arguments, each of which reads
-// the ARG files anew.
+// the ARG and PRJ files anew, with all their warnings.
 #include "driver/words.hpp"
 
+#include "driver/project.hpp"
 #include "utilkit/errors.hpp"
 #include "utilkit/fname.hpp"
 #include "utilkit/fopen.hpp"
@@ -47,12 +48,24 @@ static std::uint32_t count_arg_words(const char* word) {
     return count;
 }
 
+static std::uint32_t count_project_words(const char* word) {
+    FileRecord* file = open_project(word);
+    std::uint32_t count = 2; // "-id" and the project's own name
+    for (ProjectEntry entry{}; next_entry(file, entry);) {
+        ++count;
+    }
+    fileClose(file);
+    return count;
+}
+
 /// An upper bound of the words: one behind "-id" counts once as such and once more for itself.
 static std::uint32_t count_words(std::span<char*> arguments) {
     std::uint32_t count = 0;
     for (const char* word : arguments) {
         if (hasExtension(word, "arg")) {
             count += count_arg_words(word);
+        } else if (hasExtension(word, "prj")) {
+            count += count_project_words(word);
         } else if (equalsIgnoringCase(word, "-id")) {
             count += 2;
         } else {
@@ -79,6 +92,16 @@ static void append_arg_words(WordList& list, std::uint32_t capacity, const char*
     close_arg(word, record);
 }
 
+static void append_project_words(WordList& list, std::uint32_t capacity, const char* word) {
+    FileRecord* file = open_project(word);
+    append(list, capacity, "-id");
+    append(list, capacity, word);
+    for (ProjectEntry entry{}; next_entry(file, entry);) {
+        append(list, capacity, entry.name);
+    }
+    fileClose(file);
+}
+
 WordList collect_words(int argumentCount, char** arguments) {
     // The program's name is no word; a caller may even leave it out.
     const std::span<char*> all(arguments, static_cast<std::size_t>(argumentCount));
@@ -91,6 +114,10 @@ WordList collect_words(int argumentCount, char** arguments) {
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (hasExtension(words[i], "arg")) {
             append_arg_words(list, capacity, words[i]);
+            continue;
+        }
+        if (hasExtension(words[i], "prj")) {
+            append_project_words(list, capacity, words[i]);
             continue;
         }
         append(list, capacity, words[i]);

@@ -1,4 +1,5 @@
-// The word list: the words of the command line, with the words of ARG files in the place of their names.
+// The word list: the words of the command line, with the words of ARG files in the place of their names, and
+// with "-id", the name itself and the RSD names in the place of a PRJ file.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +11,9 @@ struct WordList {
     std::uint32_t count; // of the words
 };
 
-/// Collects the words behind the program's name; released with free_words. An ARG file that does not open
-/// is raised as OPEN_ERR at openFailed, missing memory as ALC_ERR, named "char*", at allocFailed.
+/// Collects the words behind the program's name; released with free_words. An ARG or PRJ file
+/// that does not open is raised as OPEN_ERR at openFailed, a PRJ file without its magic as FORM_ERR at
+/// notAProject, missing memory as ALC_ERR, named "char*", at allocFailed.
 WordList collect_words(int argumentCount, char** arguments);
 
 /// Releases every word and the list.

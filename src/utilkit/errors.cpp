@@ -20,7 +20,7 @@ void popIgnore() {
     _igno_ = std::max(_igno_ - 1, 0);
 }
 
-static bool isIgnored(MessageCode code) {
+bool isIgnored(MessageCode code) {
     const auto live = _ignoreErr_.begin() + _igno_;
     return std::find(_ignoreErr_.begin(), live, code) != live;
 }

@@ -39,6 +39,10 @@ inline constexpr char PATH_ERR[] = "Bad path name: \"%s\"\n";               // p
 inline constexpr char MATLIST_ERR[] = "\nERROR:\tBad MAT Format : %s\n";    // rest of the list
 inline constexpr char SCALE_ERR[] = "Bad scale factor: %G (must be > 0)\n"; // factor
 inline constexpr char OPTION_ERR[] = "%s : Illegal option.\n";              // word
+inline constexpr char TEXTURE_MSG[] = "\nCannot Open: \"%s\" for %s\n";     // texture, MAT file
+inline constexpr char CLUT_MSG[] = "Bad CLUT address! : (%d %d)";           // x, y
+inline constexpr char CLUT_X_MSG[] = " (x should be 16*n)";
+inline constexpr char PIXEL_MSG[] = "Bad Texture address! : (%d %d)\n"; // x, y
 inline constexpr char NOT_YET_ERR[] =
     "Polygon %u of \"%s\": textures, lines and sprites are not converted yet\n";    // polygon, object
 inline constexpr char OLD_VERSION_MSG[] = "\"%s\" has old version: @%s940101\n";    // name, format
@@ -55,6 +59,9 @@ void pushIgnore(MessageCode code);
 
 /// Takes the newest code off the ignore list; on an empty list nothing happens.
 void popIgnore();
+
+/// Whether `code` is on the ignore list.
+bool isIgnored(MessageCode code);
 
 /// Ends the run through Exit (`status`) after writing an empty line and the message to the standard
 /// error. Returns only when `code` is on the ignore list; nothing is printed then.

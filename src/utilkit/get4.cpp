@@ -4,6 +4,9 @@
 #include "utilkit/status.hpp"
 #include "utilkit/wrap.hpp"
 
+#include <algorithm>
+#include <array>
+
 namespace vexbind {
 
 /// Reads `count` bytes, least significant first, and reports what went wrong on the way.
@@ -29,6 +32,20 @@ std::int32_t get4Bytes(FileRecord* file) {
 
 std::int32_t get2Bytes(FileRecord* file) {
     return static_cast<std::int16_t>(getBytes(file, 2, read2Failed, read2AtEnd));
+}
+
+bool skipBytes(FileRecord* file, std::uint32_t count) {
+    static std::array<char, std::size_t{256} * 1024> skipped;
+    while (count > 0) {
+        const std::size_t wanted = std::min<std::size_t>(count, skipped.size());
+        const auto got = static_cast<std::uint32_t>(std::fread(skipped.data(), 1, wanted, file->stream));
+        file->position = wrapAdd(file->position, got);
+        count -= got;
+        if (got < wanted) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace vexbind

@@ -14,4 +14,7 @@ std::int32_t get4Bytes(FileRecord* file);
 /// The next half word, sign-extended; failures likewise at read2Failed and read2AtEnd.
 std::int32_t get2Bytes(FileRecord* file);
 
+/// Reads over `count` bytes; false when not all are there. The position then tells where the file ended.
+[[nodiscard]] bool skipBytes(FileRecord* file, std::uint32_t count);
+
 } // namespace vexbind

@@ -126,4 +126,21 @@ Line getWord(FileRecord* file) {
     return {.text = text, .length = length};
 }
 
+bool getPiece(FileRecord* file, std::span<char> buffer) {
+    TextBlock& block = file->text;
+    std::size_t length = 0;
+    bool ended = false;
+    while (!ended && length + 1 < buffer.size()) {
+        if (block.next == block.end && !fillTextBlock(block, file->stream)) {
+            break;
+        }
+        buffer[length] = block.bytes[block.next];
+        ended = buffer[length] == '\n';
+        ++block.next;
+        ++length;
+    }
+    buffer[length] = '\0';
+    return length > 0;
+}
+
 } // namespace vexbind

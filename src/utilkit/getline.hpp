@@ -1,9 +1,10 @@
-// Reading text files line by line and word by word.
+// Reading text files by lines, words, or pieces of lines.
 #pragma once
 
 #include "utilkit/fopen.hpp"
 
 #include <cstddef>
+#include <span>
 
 namespace vexbind {
 
@@ -21,5 +22,9 @@ Line getLine(FileRecord* file);
 
 /// The next word between white space; none at the end of the file.
 Line getWord(FileRecord* file);
+
+/// The next line as fgets reads it, terminated in `buffer`: at most its size less one bytes, with the line
+/// feed if it is among them. False at the end of the file.
+[[nodiscard]] bool getPiece(FileRecord* file, std::span<char> buffer);
 
 } // namespace vexbind

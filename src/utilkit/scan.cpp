@@ -97,6 +97,18 @@ bool scanLetter(Cursor& cursor, char& letter) {
     return true;
 }
 
+char* takeWord(char* text) {
+    while (isBlank(*text)) {
+        ++text;
+    }
+    char* end = text;
+    while (*end != '\0' && !isBlank(*end)) {
+        ++end;
+    }
+    *end = '\0';
+    return end == text ? nullptr : text;
+}
+
 bool scanReals(Cursor cursor, std::span<float> values) {
     for (float& value : values) {
         if (!scanReal(cursor, value)) {

@@ -31,6 +31,10 @@ bool scanHexadecimal(Cursor& cursor, std::uint32_t& value);
 /// As " %c": the next character that is not white space.
 bool scanLetter(Cursor& cursor, char& letter);
 
+/// As "%s": the next word, terminated in place, which loses the rest of the text; null when there is none,
+/// with the text as it was.
+char* takeWord(char* text);
+
 /// As "%f" for every value, until one does not convert; whether all did.
 bool scanReals(Cursor cursor, std::span<float> values);
 

@@ -17,8 +17,10 @@ enum Status : std::int32_t {
     illegalOption = 1,
     badScaleFactor = 1,
     noOutput = 1,
+    noTexture = 1,
     notConverted = 1,
     badArgument = 2,
+    notAProject = 3,
     plyNotFound = 100,
     matNotFound = 200,
 
@@ -48,6 +50,10 @@ enum Status : std::int32_t {
     wrongFormat = formCode + 0,
     wrongVersion = formCode + 1,
     badPolygonList = formCode + 2,
+    clutAtEnd = formCode + 3,
+    clutReadFailed = formCode + 4,
+    pixelsAtEnd = formCode + 5,
+    pixelsReadFailed = formCode + 6,
 
     rsdPlySyntax = synCode + 0,
     rsdMatSyntax = synCode + 1,

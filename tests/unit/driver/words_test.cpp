@@ -155,3 +155,60 @@ TEST(CollectWords, FailsWhenTheListCannotBeHad) {
         },
         ExitedWithCode(13), testing::Eq("\nAlloc Error: \"a\" 2 x 1(+2-0:sum=10)\n"));
 }
+
+TEST(CollectWords, PutsAProjectsNamesBehindIdAndItsOwnName) {
+    const TestDirectory directory({
+        {"p.prj", "@PRJ940401\n1 second.rsd\n1 a.rsd\n\nno entry\n2\n-3 dir/b rest\n"},
+        {"q.PRJ", "@PRJ940402\r\nx\r\n1 c.arg\r\n2 -s\r\n3 p.prj"},
+        {"r.Prj", "@PRJ940401\nx\n"},
+        {"a.arg", "p.prj x"},
+        {"out/t.prj", "@PRJ940401\nx\n7 d"},
+    });
+    EXPECT_EQ(collected({"p.prj"}), (Texts{"-id", "p.prj", "a.rsd", "dir/b"}));
+    // One level only.
+    EXPECT_EQ(collected({"-v", "q.PRJ", "z"}), (Texts{"-v", "-id", "q.PRJ", "c.arg", "-s", "p.prj", "z"}));
+    EXPECT_EQ(collected({"r.Prj"}), (Texts{"-id", "r.Prj"}));
+    EXPECT_EQ(collected({"a.arg"}), (Texts{"p.prj", "x"}));
+    EXPECT_EQ(collected({"./out/t.prj"}), (Texts{"-id", "./out/t.prj", "d"}));
+    EXPECT_EQ(collected({"r.Prj", "p.prj"}), (Texts{"-id", "r.Prj", "-id", "p.prj", "a.rsd", "dir/b"}));
+}
+
+TEST(CollectWords, DoesNotExpandTheProjectBehindId) {
+    const TestDirectory directory({{"p.prj", "@PRJ940401\nx\n1 a\n"}});
+    EXPECT_EQ(collected({"-id", "p.prj", "p.prj"}), (Texts{"-id", "p.prj", "-id", "p.prj", "a"}));
+    EXPECT_EQ(collected({"p.prj", "-Id", "p.prj"}), (Texts{"-id", "p.prj", "a", "-Id", "p.prj"}));
+}
+
+TEST(CollectWords, WarnsOfAnOldProjectInEachPass) {
+    const TestDirectory directory({{"p.prj", "@PRJ940331\nx\n1 a\n"}});
+    const std::string warning = "WARNING: \"p.prj\" has a bad version: @PRJ940331\n";
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(collected({"p.prj"}), (Texts{"-id", "p.prj", "a"}));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), warning + warning);
+    // Behind "-id" it is counted, but not read again.
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(collected({"-id", "p.prj"}), (Texts{"-id", "p.prj"}));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), warning);
+}
+
+TEST(CollectWords, EndsTheRunAtABadProject) {
+    const TestDirectory directory({{"bad.prj", "@RSD940102\n"}, {"short.prj", "@PRJ940401\n"}});
+    EXPECT_EXIT(collected({"none.prj"}), ExitedWithCode(30), testing::Eq("\nCannot open: \"none.prj\"\n"));
+    EXPECT_EXIT(collected({"bad.PRJ"}), ExitedWithCode(30), testing::Eq("\nCannot open: \"bad.PRJ\"\n"));
+    EXPECT_EXIT(collected({"x", "bad.prj"}), ExitedWithCode(3),
+                testing::Eq("\n\"bad.prj\" is not a PRJ file\n"));
+    EXPECT_EXIT(collected({"short.prj"}), ExitedWithCode(34),
+                testing::Eq("\nUnexpected EOF: \"short.prj\" line=1\n"));
+    EXPECT_EXIT(collected({"-id", "bad.prj"}), ExitedWithCode(3),
+                testing::Eq("\n\"bad.prj\" is not a PRJ file\n"));
+}
+
+TEST(CollectWords, CountsAProjectsFileInEachPass) {
+    const TestDirectory directory({{"p.prj", "@PRJ940401\nx\n1 a.rsd\n"}});
+    collected({"p.prj"});
+    // Three entries of 4 bytes; "-id", "p.prj" and "a.rsd" with their ends; twice the file's record and
+    // names.
+    EXPECT_EQ(allocTotal, 12 + 4 + 6 + 6 + 2 * (20 + 6 + 255));
+    EXPECT_EQ(allocCount, 1 + 3 + 2 * 3);
+    EXPECT_EQ(freeCount, 1 + 3 + 2 * 3);
+}

@@ -42,6 +42,13 @@ const Message messages[] = {
     {GETCWD_ERR, "Cannot getcwd: \"%s\"\n"},
     {PATH_ERR, "Bad path name: \"%s\"\n"},
     {MATLIST_ERR, "\nERROR:\tBad MAT Format : %s\n"},
+    {SCALE_ERR, "Bad scale factor: %G (must be > 0)\n"},
+    {OPTION_ERR, "%s : Illegal option.\n"},
+    {TEXTURE_MSG, "\nCannot Open: \"%s\" for %s\n"},
+    {CLUT_MSG, "Bad CLUT address! : (%d %d)"},
+    {CLUT_X_MSG, " (x should be 16*n)"},
+    {PIXEL_MSG, "Bad Texture address! : (%d %d)\n"},
+    {NO_MATERIAL_MSG, "Some primitives have no material (WHITE is assigned.)\n"},
 };
 
 // Taken before any test runs.
@@ -87,7 +94,9 @@ const SiteNumber siteNumbers[] = {
     {illegalOption, 1},
     {badScaleFactor, 1},
     {noOutput, 1},
+    {noTexture, 1},
     {badArgument, 2},
+    {notAProject, 3},
     {plyNotFound, 100},
     {matNotFound, 200},
     {allocFailed, 10},
@@ -113,6 +122,10 @@ const SiteNumber siteNumbers[] = {
     {wrongFormat, 70},
     {wrongVersion, 71},
     {badPolygonList, 72},
+    {clutAtEnd, 73},
+    {clutReadFailed, 74},
+    {pixelsAtEnd, 75},
+    {pixelsReadFailed, 76},
     {rsdPlySyntax, 90},
     {rsdMatSyntax, 91},
     {rsdNtexSyntax, 92},
@@ -206,6 +219,20 @@ TEST(IgnoreList, HoldsThirtyCodes) {
             std::exit(7);
         },
         ExitedWithCode(7), Eq(""));
+}
+
+TEST(IgnoreList, IsAskedForACode) {
+    const FreshGlobals globals;
+    EXPECT_FALSE(isIgnored(VER_ERR));
+    pushIgnore(FORM_ERR);
+    pushIgnore(VER_ERR);
+    EXPECT_TRUE(isIgnored(VER_ERR));
+    EXPECT_TRUE(isIgnored(FORM_ERR));
+    EXPECT_FALSE(isIgnored(OPEN_ERR));
+    popIgnore();
+    // The entry is still there, but no longer live.
+    EXPECT_FALSE(isIgnored(VER_ERR));
+    EXPECT_TRUE(isIgnored(FORM_ERR));
 }
 
 TEST(RaiseError, WritesEmptyLineAndMessageAndEndsWithStatus) {

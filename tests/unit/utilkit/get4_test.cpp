@@ -3,7 +3,9 @@
 
 #include "unit/support.hpp"
 
+#include <cstdio>
 #include <limits>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -136,4 +138,61 @@ TEST(Get4Bytes, IgnoredFailuresReturnAndMoveThePosition) {
         EXPECT_EQ(file->position, 6);
         fileClose(file);
     }
+}
+
+TEST(SkipBytes, ReadsOverBlocksOfAnySize) {
+    const std::uint32_t block = 64 * 1024;
+    for (const std::uint32_t count :
+         {0U, 1U, 2U, block - 1, block, block + 1, 2 * block - 1, 2 * block, 2 * block + 1, 5 * block + 77}) {
+        SCOPED_TRACE(count);
+        const TestDirectory here(
+            {{"in", fromHex("01 00 00 00") + std::string(count, 'x') + fromHex("02 00 00 00 03 00")}});
+        FileRecord* file = fileOpen("in", "rb");
+        EXPECT_EQ(get4Bytes(file), 1);
+        EXPECT_TRUE(skipBytes(file, count));
+        EXPECT_EQ(file->position, static_cast<std::int32_t>(count) + 4);
+        EXPECT_EQ(get4Bytes(file), 2);
+        EXPECT_TRUE(skipBytes(file, 2));
+        EXPECT_EQ(file->position, static_cast<std::int32_t>(count) + 10);
+        // No bytes are always there.
+        EXPECT_TRUE(skipBytes(file, 0));
+        EXPECT_FALSE(skipBytes(file, 1));
+        EXPECT_EQ(file->position, static_cast<std::int32_t>(count) + 10);
+        fileClose(file);
+    }
+}
+
+TEST(SkipBytes, EndsAtTheLastByteThatIsThere) {
+    const std::uint32_t block = 64 * 1024;
+    for (const std::uint32_t there : {0U, 1U, block - 1, block, block + 1, 2 * block, 3 * block + 5}) {
+        for (const std::uint32_t missing : {1U, 2U, block, 0x7FFFFFFFU, 0xFFFFFFFFU - 3 * block - 5}) {
+            SCOPED_TRACE(testing::Message() << there << " + " << missing);
+            const TestDirectory here({{"in", "head" + std::string(there, 'x')}});
+            FileRecord* file = fileOpen("in", "rb");
+            get4Bytes(file);
+            EXPECT_FALSE(skipBytes(file, there + missing));
+            EXPECT_EQ(file->position, static_cast<std::int32_t>(there) + 4);
+            EXPECT_NE(std::feof(file->stream), 0);
+            EXPECT_EQ(std::ferror(file->stream), 0);
+            fileClose(file);
+        }
+    }
+}
+
+TEST(SkipBytes, StopsAtAReadFailure) {
+    const TestDirectory here;
+    FileRecord* file = fileOpen(".", "rb");
+    EXPECT_FALSE(skipBytes(file, 10));
+    EXPECT_EQ(file->position, 0);
+    EXPECT_NE(std::ferror(file->stream), 0);
+    fileClose(file);
+}
+
+TEST(SkipBytes, PositionWraps) {
+    const TestDirectory here({{"in", "abcd"}});
+    FileRecord* file = fileOpen("in", "rb");
+    file->position = std::numeric_limits<std::int32_t>::max();
+    EXPECT_TRUE(skipBytes(file, 2));
+    EXPECT_EQ(file->position, std::numeric_limits<std::int32_t>::min() + 1);
+    fileClose(file);
 }

@@ -4,8 +4,10 @@
 #include "unit/failing_alloc.hpp"
 #include "unit/support.hpp"
 
+#include <array>
 #include <cstdio>
 #include <ostream>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -379,6 +381,91 @@ TEST(GetLine, FailedAllocationEndsAsFailedText) {
             },
             ExitedWithCode(12), "^\nAlloc Error: ");
     }
+}
+
+TEST(GetPiece, ReadsAsTheLibrary) {
+    std::vector<std::string> texts = {
+        "",
+        "\n",
+        "\n\n",
+        "a",
+        "a\n",
+        "a\nb",
+        "\ra\r\n\r",
+        "# comment\n\x1A\nx\x1A",
+        std::string("a\0b\nc\0\n\0\n\0", 10),
+    };
+    for (std::size_t length = 252; length < 260; ++length) {
+        const std::string line(length, 'a');
+        texts.push_back(line);
+        texts.push_back(line + "\n");
+        texts.push_back(line + "\nb");
+        texts.push_back(line + "\n" + line + "\n");
+        texts.push_back(line + line);
+        texts.push_back(line + line + "\n\n");
+        texts.push_back(line + std::string(1, '\0') + "b\n" + line);
+        texts.push_back(std::string(length, '\0') + "\n" + line);
+    }
+    // Across the end of a block that is read ahead.
+    for (std::size_t before = 0; before < 4; ++before) {
+        std::string text(blockSize - before, 'p');
+        for (std::size_t i = 99; i < text.size(); i += 100) {
+            text[i] = '\n';
+        }
+        texts.push_back(text + "abc\ndef\n");
+        texts.push_back(text + "\n\n");
+        texts.push_back(text);
+    }
+    for (const std::string& text : texts) {
+        SCOPED_TRACE(testing::PrintToString(text.substr(0, 300)));
+        const TestDirectory here({{"in", text}});
+        for (const std::size_t size : {std::size_t{256}, std::size_t{2}, std::size_t{5}}) {
+            FileRecord* file = fileOpen("in", "r");
+            std::FILE* stream = std::fopen("in", "r");
+            std::array<char, 256> piece{};
+            std::array<char, 256> byLibrary{};
+            for (;;) {
+                piece.fill('~');
+                byLibrary.fill('~');
+                const bool more = std::fgets(byLibrary.data(), static_cast<int>(size), stream) != nullptr;
+                ASSERT_EQ(getPiece(file, std::span(piece).first(size)), more);
+                if (!more) {
+                    break;
+                }
+                ASSERT_EQ(piece, byLibrary);
+            }
+            EXPECT_FALSE(getPiece(file, std::span(piece).first(size)));
+            std::fclose(stream);
+            fileClose(file);
+        }
+    }
+}
+
+TEST(GetPiece, GoesOnBehindALine) {
+    const TestDirectory here({{"in", "first\r\nsecond\n\n#third"}});
+    FileRecord* file = fileOpen("in", "r");
+    std::array<char, 256> piece{};
+    EXPECT_STREQ(getLine(file).text, "first");
+    // The line ended at its carriage return.
+    EXPECT_TRUE(getPiece(file, piece));
+    EXPECT_STREQ(piece.data(), "\n");
+    EXPECT_TRUE(getPiece(file, piece));
+    EXPECT_STREQ(piece.data(), "second\n");
+    EXPECT_TRUE(getPiece(file, piece));
+    EXPECT_STREQ(piece.data(), "\n");
+    EXPECT_TRUE(getPiece(file, piece));
+    EXPECT_STREQ(piece.data(), "#third");
+    EXPECT_FALSE(getPiece(file, piece));
+    EXPECT_EQ(file->line, 0); // only getLine counts
+    fileClose(file);
+}
+
+TEST(GetPiece, EndsAtAReadFailure) {
+    const TestDirectory here;
+    FileRecord* file = fileOpen(".", "r");
+    std::array<char, 256> piece{};
+    EXPECT_FALSE(getPiece(file, piece));
+    fileClose(file);
 }
 
 TEST(GetWord, SplitsTextsAtWhiteSpace) {

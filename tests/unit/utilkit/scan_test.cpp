@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -402,6 +403,53 @@ TEST(ScanLetter, AgreesWithTheLibrary) {
                 EXPECT_EQ(cursor.next - text.c_str(), consumed) << testing::PrintToString(text);
             }
         }
+    }
+}
+
+TEST(TakeWord, TerminatesTheFirstWordInPlace) {
+    struct Row {
+        std::string text;
+        const char* word;
+        std::size_t place;
+    };
+    const std::vector<Row> rows = {
+        {"a", "a", 0},
+        {"word", "word", 0},
+        {"word ", "word", 0},
+        {" word rest", "word", 1},
+        {" \t\v\f\r\nword\nrest", "word", 6},
+        {"one\ttwo", "one", 0},
+        {"one\rtwo", "one", 0},
+        {"one\vtwo", "one", 0},
+        {"one\ftwo", "one", 0},
+        {"\x1A#\"x\xA0\xFF y", "\x1A#\"x\xA0\xFF", 0},
+        {std::string("ab\0cd", 5), "ab", 0},
+    };
+    for (const Row& row : rows) {
+        std::string text = row.text;
+        const char* word = takeWord(text.data());
+        ASSERT_NE(word, nullptr) << row.text;
+        EXPECT_STREQ(word, row.word);
+        EXPECT_EQ(word, text.data() + row.place) << row.text;
+        std::array<char, 32> byLibrary{};
+        EXPECT_EQ(std::sscanf(row.text.c_str(), "%31s", byLibrary.data()), 1);
+        EXPECT_STREQ(word, byLibrary.data());
+        // Nothing else has changed.
+        std::string expected = row.text;
+        const std::size_t end = row.place + std::string_view(row.word).size();
+        if (end < expected.size()) {
+            expected[end] = '\0';
+        }
+        EXPECT_EQ(text, expected);
+    }
+}
+
+TEST(TakeWord, OfNoWordLeavesTheTextAlone) {
+    for (const std::string& blank : {std::string(), std::string(" "), std::string(" \t\v\f\r\n"),
+                                     std::string("\0word", 5), std::string("  \0 word", 8)}) {
+        std::string text = blank;
+        EXPECT_EQ(takeWord(text.data()), nullptr);
+        EXPECT_EQ(text, blank);
     }
 }
 
