@@ -4,6 +4,7 @@
 #include "model/ply.hpp"
 #include "model/rsd.hpp"
 #include "model/rsdprint.hpp"
+#include "model/tim.hpp"
 #include "settings/settings.hpp"
 #include "tmd/primitive.hpp"
 #include "tmd/report.hpp"
@@ -46,6 +47,7 @@ static void read_object(RSD* object) {
     }
     std::fflush(stdout);
     read_mat(object->mat, object);
+    read_tim_files(object);
 }
 
 static void print_heading(const char* name) {
@@ -72,6 +74,7 @@ void write_primitives(FileRecord* file) {
         entry.normal_top = TmdData.objtblBytes;
         TmdData.primitiveBytes += bytes;
         free_materials(object);
+        freeRSD(object);
     }
 }
 

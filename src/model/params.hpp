@@ -12,6 +12,12 @@ namespace vexbind {
 
 /// The longest list: a texture number, four U V pairs and four colours.
 inline constexpr std::size_t maxParams = 21;
+
+// Where the numbers of a textured material stand in its list; the colours of any other begin at 0.
+inline constexpr std::size_t textureNumber = 0;
+inline constexpr std::size_t texels = 1; // U V for vertex 0 to 3
+inline constexpr std::size_t texturedColours = 9;
+
 using ParamList = std::array<std::uint8_t, maxParams>;
 
 /// Stores `bytes` (at most maxParams) as the list of `record`; none leaves it without a list. A failure is

@@ -6,6 +6,7 @@
 #include "model/rsdfile.hpp"
 #include "model/search.hpp"
 #include "model/tables.hpp"
+#include "model/tim.hpp"
 #include "settings/settings.hpp"
 #include "utilkit/chdir.hpp"
 #include "utilkit/errors.hpp"
@@ -112,6 +113,10 @@ RSD* get_rsd_info(const char* word) {
     return object;
 }
 
+void freeRSD(RSD* /*object*/) {
+    free_textures();
+}
+
 void deleteRSD(RSD* object) {
     const std::uint32_t number = object->number;
     if (number >= ObjList.nObj || ObjList.rsd[number] != object) {
@@ -128,6 +133,7 @@ void deleteRSD(RSD* object) {
         trackedFree(object->tex[i]);
     }
     trackedFree(object->tex);
+    freeRSD(object);
     trackedFree(object);
 }
 

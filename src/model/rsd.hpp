@@ -61,6 +61,9 @@ RSD* get_rsd_info(const char* word);
 /// Makes the record of the next object, with the settings as they stand.
 RSD* newRSD(const char* word);
 
+/// Releases what one pass over the object has made: its texture table, if any.
+void freeRSD(RSD* object);
+
 /// Takes the object out of ObjList and releases all it owns; a record that is not listed is left alone.
 void deleteRSD(RSD* object);
 

@@ -22,16 +22,7 @@ static char* word_after(std::string_view key, char* text) {
     if (!std::string_view(text).starts_with(key)) {
         return nullptr;
     }
-    char* word = text + key.size();
-    while (isBlank(*word)) {
-        ++word;
-    }
-    char* end = word;
-    while (*end != '\0' && !isBlank(*end)) {
-        ++end;
-    }
-    *end = '\0';
-    return end == word ? nullptr : word;
+    return takeWord(text + key.size());
 }
 
 /// The number behind `key` at the beginning of `text`; the position behind it, or null when there is no

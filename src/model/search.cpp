@@ -11,6 +11,8 @@ namespace vexbind {
 std::array<const char*, 2> RSD_EXT = {"rsd", "RSD"};
 std::array<const char*, 2> PLY_EXT = {"ply", "PLY"};
 std::array<const char*, 2> MAT_EXT = {"mat", "MAT"};
+std::array<const char*, 2> TIM_EXT = {"tim", "TIM"};
+const std::array<const char*, 2> TIM_DIR = {"../TIM", "../tim"};
 
 bool find_other_case(char* name) {
     const std::string written = name;

@@ -14,6 +14,10 @@ namespace vexbind {
 extern std::array<const char*, 2> RSD_EXT;
 extern std::array<const char*, 2> PLY_EXT;
 extern std::array<const char*, 2> MAT_EXT;
+extern std::array<const char*, 2> TIM_EXT;
+
+/// The folders in which textures are looked for, from the RSD file's own.
+extern const std::array<const char*, 2> TIM_DIR;
 
 /// Whether `name` in upper or else in lower case is an existing file; `name` then holds that form, and
 /// is unchanged otherwise.

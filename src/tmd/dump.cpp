@@ -6,8 +6,6 @@
 
 namespace vexbind {
 
-static constexpr std::size_t firstColour = headerBytes;
-
 /// Prints, by `print`, the indices that the row has among four fields, numbered from 0.
 static void dump_indices(std::FILE* stream, const PacketRow& row, std::array<Field, 4> fields,
                          const PacketArea& area,
@@ -33,28 +31,69 @@ static void dump_normals(std::FILE* stream, const PacketRow& row, const PacketAr
     dump_indices(stream, row, {N0, N1, N2, N3}, area, printNorm);
 }
 
-static void dump_colours(std::FILE* stream, const PacketRow& row, const PacketArea& area) {
-    if (row.colourDump != oneColour) {
-        printColors(stream, area, firstColour, row.colourDump);
-        return;
+/// How many of four fields, which follow one another, the row has.
+static std::uint32_t count_fields(const PacketRow& row, Field first) {
+    std::uint32_t count = 0;
+    for (const Field field : row.fields) {
+        count += field >= first && static_cast<int>(field) < static_cast<int>(first) + 4 ? 1 : 0;
     }
-    std::fprintf(stream, "\tColor : (%3u %3u %3u)\n", get_byte(area, firstColour),
-                 get_byte(area, firstColour + 1), get_byte(area, firstColour + 2));
+    return count;
 }
 
-void dump_untextured(std::FILE* stream, const char* title, const PacketRow& row, std::uint32_t attr,
-                     const PacketArea& area) {
+static void dump_texels(std::FILE* stream, const PacketRow& row, const PacketArea& area) {
+    using enum Field;
+    const std::uint32_t count = count_fields(row, UV0);
+    if (count == 0) {
+        return;
+    }
+    std::fprintf(stream, "\tUV 0-%u:", count - 1);
+    for (const Field field : {UV0, UV1, UV2, UV3}) {
+        const std::size_t offset = field_offset(row, field);
+        if (offset != 0) {
+            std::fprintf(stream, " (%3u %3u)", get_byte(area, offset), get_byte(area, offset + 1));
+        }
+    }
+    std::fprintf(stream, "\n");
+}
+
+static void dump_colours(std::FILE* stream, const PacketRow& row, const PacketArea& area) {
+    const std::uint32_t count = count_fields(row, Field::C0);
+    const std::size_t first = field_offset(row, Field::C0);
+    if (row.colours == ColourDump::hide) {
+        return;
+    }
+    if (row.colours == ColourDump::list) {
+        printColors(stream, area, first, count);
+        return;
+    }
+    const char* between = row.colours == ColourDump::ends ? "-" : " ";
+    std::fprintf(stream, "\tColor :");
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const std::size_t colour = first + std::size_t{4} * i;
+        std::fprintf(stream, "%s(%3u %3u %3u)", i == 0 ? " " : between, get_byte(area, colour),
+                     get_byte(area, colour + 1), get_byte(area, colour + 2));
+    }
+    std::fprintf(stream, "\n");
+}
+
+void dump_heading(std::FILE* stream, const PolygonHeading& heading, std::uint32_t attr,
+                  const PacketArea& area) {
     const bool lightOff = (attr & lightOffBit) != 0;
-    std::fprintf(stream, "= [%3u] %s %s%s%s%d-POLY(0x%lx) LIGHT: %s =\n", currentPolygon, title,
-                 (attr & translucentBit) != 0 ? "TRANS " : "", (attr & twoSidedBit) != 0 ? "TWO-SIDED " : "",
-                 (attr & gradationBit) != 0 && !lightOff ? "GRADATION " : "",
+    std::fprintf(stream, "= [%3u] %s %s%s%s%d-POLY(0x%lx) LIGHT: %s =\n", currentPolygon, heading.title,
+                 (attr & translucentBit) != 0 ? "TRANS " : "",
+                 (attr & twoSidedBit) != 0 ? heading.twoSided : "",
+                 (attr & gradationBit) != 0 && !lightOff ? heading.graded : "",
                  primitive_type(attr) == triangle ? 3 : 4, static_cast<unsigned long>(area[0]),
                  lightOff ? "OFF" : "ON");
     if (primitive_type(attr) > quadrangle) {
         std::fprintf(stream, " <Bad Data>\n");
     }
+}
+
+void dump_fields(std::FILE* stream, const PacketRow& row, const PacketArea& area) {
     dump_vertices(stream, row, area);
     dump_normals(stream, row, area);
+    dump_texels(stream, row, area);
     dump_colours(stream, row, area);
 }
 

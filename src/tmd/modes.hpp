@@ -15,6 +15,13 @@ inline constexpr std::uint32_t modeTME = 0x04;  // textured
 inline constexpr std::uint32_t modeABE = 0x02;  // translucent
 inline constexpr std::uint32_t modeTGE = 0x01;  // no brightness calculation
 
+// Mode of a sprite: in place of modeIIP and modeQuad, its size.
+inline constexpr std::uint32_t spriteSizeMask = 0x18;
+inline constexpr std::uint32_t spriteSizeFree = 0x00;
+inline constexpr std::uint32_t spriteSize1 = 0x08;  // 1x1
+inline constexpr std::uint32_t spriteSize8 = 0x10;  // 8x8
+inline constexpr std::uint32_t spriteSize16 = 0x18; // 16x16
+
 // Flag: options of the console's runtime.
 inline constexpr std::uint32_t flagGRD = 0x04; // gradation
 inline constexpr std::uint32_t flagFCE = 0x02; // two-sided

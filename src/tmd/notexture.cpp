@@ -34,7 +34,9 @@ static std::uint32_t build(PacketVariant variant, const char* title, const Polyg
     const ParamList colours = get_params(mat);
     const std::uint32_t size = emit_packet(row, {.colours = colours, .poly = poly}, area);
     if (Dump >= dumpDetails) {
-        dump_untextured(dout, title, row, poly.attr, area);
+        dump_heading(dout, {.title = title, .twoSided = "TWO-SIDED ", .graded = "GRADATION "}, poly.attr,
+                     area);
+        dump_fields(dout, row, area);
     }
     return size;
 }

@@ -30,16 +30,26 @@ enum class Field : std::uint8_t {
     V1,
     V2,
     V3,
-    noV3,  // 2 bytes a fourth vertex index that is 0 whatever the polygon holds
-    zero,  // 1 byte  0
-    zero2, // 2 bytes 0
-    stale, // 1 byte  left as the packet before had it
+    noV3, // 2 bytes a fourth vertex index that is 0 whatever the polygon holds
+    UV0,  // 2 bytes texel coordinates u, v within the texture page
+    UV1,
+    UV2,
+    UV3,
+    cba,   // 2 bytes CLUT position code
+    tsb,   // 2 bytes texture page code, with the translucency rate
+    width, // 2 bytes size of a sprite, in texels
+    height,
+    zero,   // 1 byte  0
+    zero2,  // 2 bytes 0
+    stale,  // 1 byte  left as the packet before had it
+    behind, //         what follows is put into the area behind the packet
 };
 
 /// Bytes that `field` takes in the packet.
 constexpr std::size_t field_width(Field field) {
     switch (field) {
     case Field::none:
+    case Field::behind:
         return 0;
     case Field::C0:
     case Field::C1:
@@ -55,10 +65,11 @@ constexpr std::size_t field_width(Field field) {
     }
 }
 
-/// How the detail dump shows the colours of a packet: one in parentheses, or a list of colour words.
-enum ColourDump : std::uint8_t { oneColour = 0, list1 = 1, list3 = 3, list4 = 4 };
+/// How the detail dump shows the colours of a packet: not at all, side by side, as the two ends of a line,
+/// or as a list.
+enum class ColourDump : std::uint8_t { hide, row, ends, list };
 
-inline constexpr std::size_t maxFields = 16;
+inline constexpr std::size_t maxFields = 20;
 
 /// The variants. In the names, dark means light off, plain one colour and grad a colour for every vertex.
 enum PacketVariant : std::size_t {
@@ -77,14 +88,30 @@ enum PacketVariant : std::size_t {
     gouraudPlain4,
     gouraudGrad3,
     gouraudGrad4,
+    flatTex3,
+    flatTex4,
+    flatTexDark3,
+    flatTexDark4,
+    gouraudTex3,
+    gouraudTex4,
+    gouraudTexDark3,
+    gouraudTexDark4,
+    gouraudTexDarkGrad3,
+    gouraudTexDarkGrad4,
+    lineFlat,
+    lineGrad,
+    spriteFree,
+    sprite1x1,
+    sprite8x8,
+    sprite16x16,
     packetVariants
 };
 
 struct PacketRow {
     PacketVariant variant;
-    std::uint8_t size; // bytes, header included
-    std::uint8_t olen; // words of the drawing packet that the console's runtime builds
-    ColourDump colourDump;
+    std::uint8_t size;                   // bytes, header included
+    std::uint8_t olen;                   // words of the drawing packet that the console's runtime builds
+    ColourDump colours;                  // in the detail dump
     Counter* opaque;                     // raised for an opaque packet
     Counter* translucent;                // raised for a translucent packet
     std::array<Field, maxFields> fields; // from headerBytes on
@@ -94,6 +121,9 @@ struct PacketRow {
 struct PacketSource {
     std::span<const std::uint8_t> colours; // R G B for vertex 0 to 3
     const PolygonRecord& poly;
+    std::array<std::uint8_t, 8> uv = {}; // texel coordinates u v for vertex 0 to 3
+    std::uint16_t cba = 0;
+    std::uint16_t tsb = 0;
 };
 
 /// The rows, in the order of the variants.

@@ -4,11 +4,13 @@
 #include "model/attributes.hpp"
 #include "model/tables.hpp"
 #include "tmd/current.hpp"
+#include "tmd/line.hpp"
 #include "tmd/modes.hpp"
 #include "tmd/notexture.hpp"
+#include "tmd/sprite.hpp"
+#include "tmd/texture.hpp"
 #include "utilkit/errors.hpp"
 #include "utilkit/put4.hpp"
-#include "utilkit/status.hpp"
 
 namespace vexbind {
 
@@ -23,18 +25,18 @@ using Builder = std::uint32_t (*)(const PolygonRecord& poly, const MaterialRecor
 struct Classified {
     std::uint32_t mode;
     std::uint32_t flag;
-    Builder build; // null: not converted yet
+    Builder build;
 };
 
 } // namespace
 
 static Classified classify_line(PolygonRecord& poly) {
     if ((poly.attr & gradationBit) != 0) {
-        return {.mode = codeLine | modeIIP, .flag = flagLGT, .build = nullptr};
+        return {.mode = codeLine | modeIIP, .flag = flagLGT, .build = gouraud_line};
     }
     // Kept: in the table too, so that a flat line never carries the gouraud bit.
     poly.attr &= ~gouraudBit;
-    return {.mode = codeLine, .flag = flagLGT, .build = nullptr};
+    return {.mode = codeLine, .flag = flagLGT, .build = flat_line};
 }
 
 static Classified classify_polygon(std::uint32_t attr) {
@@ -48,7 +50,9 @@ static Classified classify_polygon(std::uint32_t attr) {
     result.mode |= lightOff ? modeTGE : 0;
     result.flag |= lightOff ? flagLGT : 0;
     result.flag |= (attr & twoSidedBit) != 0 ? flagFCE : 0;
-    if (!textured) {
+    if (textured) {
+        result.build = gouraud ? gouraud_texture : flat_texture;
+    } else {
         result.flag |= (attr & gradationBit) != 0 && !lightOff ? flagGRD : 0;
         result.build = gouraud ? gouraud_notexture : flat_notexture;
     }
@@ -60,7 +64,7 @@ static Classified classify(PolygonRecord& poly) {
     case line:
         return classify_line(poly);
     case sprite3d:
-        return {.mode = codeSprite | modeTME, .flag = flagLGT, .build = nullptr};
+        return {.mode = codeSprite | modeTME, .flag = flagLGT, .build = sprite};
     default:
         return classify_polygon(poly.attr);
     }
@@ -84,10 +88,6 @@ std::uint32_t set_primitive(const RSD* object, PacketArea& area, FileRecord* fil
         put_byte(area, ilenOffset, 0);
         put_byte(area, flagOffset, static_cast<std::uint8_t>(result.flag));
         put_byte(area, modeOffset, static_cast<std::uint8_t>(result.mode | translucent));
-        if (result.build == nullptr) {
-            raiseError(notConverted, NOT_YET_ERR, currentPolygon, ObjList.name[object->number]);
-            continue;
-        }
         const std::uint32_t size = result.build(poly, mat, area);
         total += size;
         put4ByteArray(area.data(), static_cast<std::int32_t>(size / 4), file);

@@ -1,10 +1,14 @@
 #include "tmd/report.hpp"
 
+#include "model/params.hpp"
 #include "model/rsd.hpp"
 #include "settings/settings.hpp"
 #include "tmd/counters.hpp"
 #include "tmd/current.hpp"
+#include "tmd/modes.hpp"
 #include "utilkit/drawline.hpp"
+
+#include <array>
 
 namespace vexbind {
 
@@ -33,26 +37,58 @@ void printTMD(std::FILE* stream, const TmdBuild& tmd) {
     std::fprintf(stream, "\nTotal file size:        %6ld bytes\n", static_cast<long>(total));
 }
 
+namespace {
+
+/// A table whose elements packets name.
+struct NamedTable {
+    const char* label;
+    const char* noun;
+    const ChunkedArray* table;
+    std::int32_t count; // of the current object's elements
+};
+
+} // namespace
+
+static bool leaves_16_bits(std::int32_t coordinate) {
+    return coordinate > INT16_MAX || coordinate < INT16_MIN;
+}
+
+/// Prints element `index` and puts its coordinates into `shown`; false, with a line that says so, when the
+/// current object has no such element. The caller ends the line of an element.
+static bool print_element(std::FILE* stream, const NamedTable& from, std::int32_t index,
+                          std::int32_t position, Coordinates& shown) {
+    const auto number = static_cast<std::uint32_t>(index);
+    if (index >= from.count) {
+        std::fprintf(stream, "\t%s-%d: Bad %s: %u\n", from.label, position, from.noun, number);
+        return false;
+    }
+    shown = elementAt<Coordinates>(index, from.table);
+    std::fprintf(stream, "\t%s-%d: (%6d, %6d, %6d) (#%u)", from.label, position, shown.x, shown.y, shown.z,
+                 number);
+    return true;
+}
+
 std::int32_t printVert(std::FILE* stream, std::int32_t index, std::int32_t position) {
-    if (index >= currentObject->nvert) {
-        std::fprintf(stream, "\tVert-%d: Bad vertex: %u\n", position, static_cast<std::uint32_t>(index));
+    Coordinates shown{};
+    const NamedTable vertices{
+        .label = "Vert", .noun = "vertex", .table = vertex, .count = currentObject->nvert};
+    if (!print_element(stream, vertices, index, position, shown)) {
         return 0;
     }
-    const auto& record = elementAt<Coordinates>(index, vertex);
-    std::fprintf(stream, "\tVert-%d: (%6d, %6d, %6d) (#%u)", position, record.x, record.y, record.z,
-                 static_cast<std::uint32_t>(index));
-    std::fprintf(stream, "\n");
+    // Kept: coordinates have 16 bits by now, so the mark never shows.
+    const bool overflow = leaves_16_bits(shown.x) || leaves_16_bits(shown.y) || leaves_16_bits(shown.z);
+    std::fprintf(stream, "%s\n", overflow ? " overflow!!" : "");
     return 1;
 }
 
 std::int32_t printNorm(std::FILE* stream, std::int32_t index, std::int32_t position) {
-    if (index >= currentObject->nnorm) {
-        std::fprintf(stream, "\tNorm-%d: Bad normal: %u\n", position, static_cast<std::uint32_t>(index));
+    Coordinates shown{};
+    const NamedTable normals{
+        .label = "Norm", .noun = "normal", .table = normal, .count = currentObject->nnorm};
+    if (!print_element(stream, normals, index, position, shown)) {
         return 0;
     }
-    const auto& record = elementAt<Coordinates>(index, normal);
-    std::fprintf(stream, "\tNorm-%d: (%6d, %6d, %6d) (#%u)\n", position, record.x, record.y, record.z,
-                 static_cast<std::uint32_t>(index));
+    std::fprintf(stream, "\n");
     return 1;
 }
 
@@ -64,6 +100,43 @@ void printColors(std::FILE* stream, const PacketArea& area, std::size_t offset, 
                      get_byte(area, colour + 2));
     }
     std::fprintf(stream, "\n");
+}
+
+// Kept: the names of the pixel modes and of the translucencies follow one another, and pixel mode 3 shows the
+// first of the latter.
+static constexpr std::size_t pixelModeNames = 3;
+static constexpr std::array<const char*, 7> modeNames = {
+    "4bit",
+    "8bit",
+    "16bit",
+    "50% back + 50% polygon",
+    "100% back + 100% polygon",
+    "100% back - 100% polygon",
+    "100% back + 25% polygon",
+};
+
+void printEtc(std::FILE* stream, const PacketArea& area, const MaterialRecord& mat) {
+    const std::uint32_t mode = get_byte(area, modeOffset);
+    const bool isSprite = primitive_code(mode) == primitive_code(codeSprite);
+    const std::uint32_t clut = get_half(area, isSprite ? 10 : 6);
+    const std::uint32_t tsb = get_half(area, isSprite ? 6 : 10);
+
+    const std::uint32_t pixelMode = tsb >> (arcade == arcadeLayoutA ? 9 : 7) & 3;
+    std::fprintf(stream, "\tPixel mode  : %s", modeNames[pixelMode]);
+    if (pixelMode < 2) {
+        const std::uint32_t rows = arcade == homeLayout ? 0x1FF : 0x3FF;
+        std::fprintf(stream, " CLUT : (x y)=(%3u %3u)", (clut & 63) * 16, clut >> 6 & rows);
+    }
+    std::fprintf(stream, "\n");
+
+    const std::uint32_t page = tsb & (arcade == arcadeLayoutA ? 127 : 31);
+    const std::uint32_t lowerPages = arcade == arcadeLayoutB ? (tsb & 0x800) >> 6 : 0;
+    std::fprintf(stream, "\tTexture Page: %2d   Texture No. : %2u\n",
+                 static_cast<std::int32_t>(page + lowerPages), get_params(mat)[textureNumber]);
+    if ((mode & modeABE) != 0) {
+        const std::uint32_t rate = tsb >> (arcade == arcadeLayoutA ? 7 : 5) & 3;
+        std::fprintf(stream, "\tTranslucency: %s\n", modeNames[pixelModeNames + rate]);
+    }
 }
 
 } // namespace vexbind

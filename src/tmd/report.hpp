@@ -24,4 +24,8 @@ std::int32_t printNorm(std::FILE* stream, std::int32_t index, std::int32_t posit
 /// Prints `count` colour words of a packet, the first of them at `offset`.
 void printColors(std::FILE* stream, const PacketArea& area, std::size_t offset, std::uint32_t count);
 
+/// Prints pixel mode, CLUT, texture page and translucency of a textured packet, read back from it, and the
+/// texture number of its material.
+void printEtc(std::FILE* stream, const PacketArea& area, const MaterialRecord& mat);
+
 } // namespace vexbind

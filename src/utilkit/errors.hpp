@@ -42,9 +42,7 @@ inline constexpr char OPTION_ERR[] = "%s : Illegal option.\n";              // w
 inline constexpr char TEXTURE_MSG[] = "\nCannot Open: \"%s\" for %s\n";     // texture, MAT file
 inline constexpr char CLUT_MSG[] = "Bad CLUT address! : (%d %d)";           // x, y
 inline constexpr char CLUT_X_MSG[] = " (x should be 16*n)";
-inline constexpr char PIXEL_MSG[] = "Bad Texture address! : (%d %d)\n"; // x, y
-inline constexpr char NOT_YET_ERR[] =
-    "Polygon %u of \"%s\": textures, lines and sprites are not converted yet\n";    // polygon, object
+inline constexpr char PIXEL_MSG[] = "Bad Texture address! : (%d %d)\n";             // x, y
 inline constexpr char OLD_VERSION_MSG[] = "\"%s\" has old version: @%s940101\n";    // name, format
 inline constexpr char NTEX_MSG[] = "\"NTEX=%d\" may be wrong in \"%s\" line=%ld\n"; // count, name, line
 inline constexpr char RANGE_MSG[] = "\"%s\" is out of the Tavix coordinate!\n";     // object

@@ -18,7 +18,6 @@ enum Status : std::int32_t {
     badScaleFactor = 1,
     noOutput = 1,
     noTexture = 1,
-    notConverted = 1,
     badArgument = 2,
     notAProject = 3,
     plyNotFound = 100,

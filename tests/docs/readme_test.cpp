@@ -49,8 +49,12 @@ TEST(Readme, ExamplesPrintWhatIsShown) {
     const std::string outputs = makeFreshDirectory();
     fs::copy(VEXBIND_SAMPLES, directory + "/samples", fs::copy_options::recursive);
     const std::string path = "PATH='" + fs::path(VEXBIND_PROGRAM).parent_path().string() + "':$PATH\n";
+    std::string place; // the changes of directory so far: each command has a shell of its own
     for (const Example& example : examples) {
-        const std::string script = path + "exec 2>&1\n" + example.command;
+        const std::string script = path + "exec 2>&1\n" + place + example.command;
+        if (example.command.starts_with("cd ")) {
+            place += example.command + " && ";
+        }
         const Outcome outcome = runProgram({.prefix = {}, .program = "/bin/sh"}, {"-c", script}, directory,
                                            outputs + "/out", outputs + "/err");
         EXPECT_EQ(outcome.error, "") << example.command;

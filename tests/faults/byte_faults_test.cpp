@@ -1,5 +1,5 @@
-// Damages one file of a scene, cut short or at one byte: whatever it then holds, the run ends as
-// documented.
+// Damages one file of a scene, or its command line, cut short or at one byte: whatever that then holds,
+// the run ends as documented.
 #include "faults/forked_run.hpp"
 #include "faults/judge.hpp"
 #include "faults/scenes.hpp"
@@ -32,27 +32,29 @@ class Damaged : public testing::TestWithParam<Scene> {
   protected:
     void SetUp() override { ASSERT_NE(runs.directory(), ""); }
 
-    // One run with `content` as the damaged file; `damage` says how it came about.
-    void judge(const std::string& content, const Words& options, const Allowed& allowed,
-               const std::string& damage) {
+    // One run with `content` as what is damaged; `damage` says how it came about. How many files it left.
+    std::size_t judge(const std::string& content, const Words& options, const Allowed& allowed,
+                      const std::string& damage) {
         const std::vector<NamedFile> files = filesWith(GetParam(), content);
         writeFiles(runs.directory(), files);
         Words words = options;
-        words.insert(words.end(), GetParam().words.begin(), GetParam().words.end());
+        const Words scenes = wordsWith(GetParam(), content);
+        words.insert(words.end(), scenes.begin(), scenes.end());
         const Ending ending = runs.run(words);
         const std::vector<NamedFile> outputs = takeNewFiles(runs.directory(), files);
         if (ending.signal == 0)
             seen.insert(ending.status);
         const std::string fault = findFault(ending, outputs, allowed);
         if (fault.empty())
-            return;
+            return outputs.size();
         ++faults;
         if (faults <= shownFaults) {
-            ADD_FAILURE() << fault << "\nscene: " << GetParam().format << ", file: " << GetParam().faulty
+            ADD_FAILURE() << fault << "\nscene: " << GetParam().format << ", damaged: " << GetParam().faulty
                           << ", " << damage << "\nwords: " << testing::PrintToString(words)
                           << "\nended with: " << describeEnding(ending) << "\nstandard error:\n"
                           << ending.errors.substr(0, 4000);
         }
+        return outputs.size();
     }
 
     void expectSeen(const std::set<int>& wanted) const {
@@ -61,7 +63,7 @@ class Damaged : public testing::TestWithParam<Scene> {
         EXPECT_LE(faults, shownFaults) << "that many in all";
     }
 
-    ForkedRuns runs;
+    ForkedRuns& runs = freshRuns();
     std::set<int> seen;
     int faults = 0;
 };
@@ -70,7 +72,7 @@ class Damaged : public testing::TestWithParam<Scene> {
 TEST_P(Damaged, Sound) {
     const Scene& scene = GetParam();
     for (const Words& options : optionSets) {
-        judge(soundContent(scene), options, {}, "undamaged");
+        EXPECT_EQ(judge(soundContent(scene), options, {}, "undamaged"), scene.outputs);
     }
     EXPECT_EQ(seen, std::set<int>{0});
 }
@@ -79,7 +81,7 @@ TEST_P(Damaged, CutAtEveryLength) {
     const std::string& sound = soundContent(GetParam());
     for (const Words& options : optionSets) {
         for (std::size_t length = 0; length <= sound.size(); ++length) {
-            const Allowed allowed{.noTmd = GetParam().format == "ARG"};
+            const Allowed allowed{.noTmd = GetParam().namesInputs};
             judge(sound.substr(0, length), options, allowed, "cut to " + std::to_string(length) + " bytes");
         }
     }
@@ -92,9 +94,9 @@ TEST_P(Damaged, EveryByteReplaced) {
     for (const Words& options : optionSets) {
         for (std::size_t offset = 0; offset < sound.size(); ++offset) {
             for (const unsigned char value : tellingValues) {
-                // Of these bytes only "e" and "-" (-1 in hexadecimal) make the type of a polygon one above
-                // sprites.
-                const Allowed allowed{.noTmd = GetParam().format == "ARG",
+                // "9" and "A" make the type of a polygon a quadrangle's and a line's; only "e" and "-" (-1
+                // in hexadecimal) make it one above sprites.
+                const Allowed allowed{.noTmd = GetParam().namesInputs,
                                       .negativeCounts = inPly && value == '-',
                                       .oddTypes = inPly && (value == 'e' || value == '-')};
                 std::string content = sound;

@@ -172,6 +172,12 @@ ForkedRuns::~ForkedRuns() {
         fs::remove_all(place, ignored);
 }
 
+void ForkedRuns::clear() {
+    std::error_code ignored;
+    for (const fs::directory_entry& entry : fs::directory_iterator(place, ignored))
+        fs::remove_all(entry.path(), ignored);
+}
+
 Ending ForkedRuns::run(const std::vector<std::string>& words) {
     Ending ending;
     ending.signal = -1;
@@ -198,4 +204,10 @@ std::string ForkedRuns::takeErrors() const {
             return text;
         text.append(piece.data(), static_cast<std::size_t>(count));
     }
+}
+
+ForkedRuns& freshRuns() {
+    static ForkedRuns runs;
+    runs.clear();
+    return runs;
 }

@@ -21,13 +21,17 @@ struct Ending {
 // as the object.
 //
 // The runs fork off a helper process, which is itself forked off at the beginning and never allocates
-// anything: every run starts from the same, small memory, whatever the test has come to hold.
+// anything: every run starts from the same, small memory, whatever the test has come to hold. That is
+// why the tests share one: with the address sanitizer the memory of a process only grows.
 class ForkedRuns {
   public:
     ForkedRuns();
     ~ForkedRuns();
     ForkedRuns(const ForkedRuns&) = delete;
     ForkedRuns& operator=(const ForkedRuns&) = delete;
+
+    // Removes everything from the directory.
+    void clear();
 
     // Empty when the directory could not be made.
     [[nodiscard]] const std::string& directory() const { return place; }
@@ -44,3 +48,6 @@ class ForkedRuns {
     int line = -1;   // to the helper
     pid_t helper = -1;
 };
+
+// The one of this process, its directory empty.
+[[nodiscard]] ForkedRuns& freshRuns();

@@ -18,13 +18,15 @@ struct Documented {
     std::string_view message; // a piece of what stands on the standard error then
 };
 
-// Every status of a run that converts, or gives up. A status with two messages has two rows.
-constexpr std::array<Documented, 40> documented = {{
+// Every status of a run that converts, or gives up. A status with several messages has a row for each.
+constexpr std::array<Documented, 50> documented = {{
     {0, ""},
     {1, " : Illegal option.\n"},
     {1, "\nBad scale factor: "},
-    {1, "\nPolygon "},
+    {1, "\nCannot Open: \""},
+    {1, "\" is not a TIM file\n"},
     {2, "\nBad argument: "},
+    {3, "\" is not a PRJ file\n"},
     {10, "\nAlloc Error: "},
     {11, "\nAlloc Error: \"fileOpen\""},
     {12, "\nAlloc Error: "},
@@ -39,11 +41,19 @@ constexpr std::array<Documented, 40> documented = {{
     {33, "\nFail to read: \""},
     {34, "\nUnexpected EOF: \""},
     {36, "\nFail to write: \""},
+    {38, "\nFail to read: \""},
+    {39, "\nUnexpected EOF: \""},
+    {40, "\nFail to read: \""},
+    {41, "\nUnexpected EOF: \""},
     {51, "\nCannot getcwd: \""},
     {52, "\nBad path name: \""},
     {70, "\" is not a "},
     {71, "\" has a bad version: "},
     {72, "\n\nERROR:\tBad MAT Format : "},
+    {73, "\nUnexpected EOF: \""},
+    {74, "\nFail to read: \""},
+    {75, "\nUnexpected EOF: \""},
+    {76, "\nFail to read: \""},
     {90, "\nSyntax Error: "},
     {91, "\nSyntax Error: "},
     {92, "\nSyntax Error: "},
@@ -85,8 +95,7 @@ bool isAllowed(const std::string& complaint, const Allowed& allowed) {
            (allowed.oddTypes && (contains(complaint, "olen ") || contains(complaint, "ilen ")));
 }
 
-std::string findFaultInTmd(const std::string& bytes, const Allowed& allowed) {
-    const TmdFile file = readTmd({reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()});
+std::string findFaultInTmd(const TmdFile& file, const Allowed& allowed) {
     if (allowed.negativeCounts && hasNegativeCount(file))
         return {};
     for (const std::string& complaint : file.complaints) {
@@ -94,6 +103,37 @@ std::string findFaultInTmd(const std::string& bytes, const Allowed& allowed) {
             return "an unsound TMD: " + complaint;
     }
     return {};
+}
+
+// By its beginning: its name can be any, as that of the TMD can.
+bool isIdList(const NamedFile& file) {
+    return file.content.starts_with("/*\n *\tTMD ID List for \"");
+}
+
+// A list has one line for each object, whatever the names in it.
+std::string findFaultInIdList(const std::string& list, std::size_t objects) {
+    if (!contains(list, " */\n\nint ") || !list.ends_with("};\n"))
+        return "an unsound ID list";
+    std::size_t lines = 0;
+    for (std::size_t at = list.find("\n\t"); at != std::string::npos; at = list.find("\n\t", at + 1))
+        ++lines;
+    if (lines == objects)
+        return {};
+    return "an ID list of " + std::to_string(lines) + " lines for " + std::to_string(objects) + " objects";
+}
+
+// What a success may leave: a TMD, and perhaps its ID list.
+std::string findFaultInOutputs(std::vector<NamedFile> outputs, const Allowed& allowed) {
+    const auto lists = std::stable_partition(outputs.begin(), outputs.end(),
+                                             [](const NamedFile& each) { return !isIdList(each); });
+    if (lists - outputs.begin() != 1 || outputs.end() - lists > 1)
+        return "a success with " + std::to_string(outputs.size()) + " new files";
+    const std::string& bytes = outputs.front().content;
+    const TmdFile tmd = readTmd({reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()});
+    const std::string fault = findFaultInTmd(tmd, allowed);
+    if (!fault.empty() || lists == outputs.end())
+        return fault;
+    return findFaultInIdList(lists->content, tmd.objects.size());
 }
 
 // Whether the run says itself that there was nothing to convert.
@@ -105,6 +145,9 @@ bool foundNothing(const Ending& ending) {
 
 void writeFiles(const std::string& directory, const std::vector<NamedFile>& files) {
     for (const NamedFile& file : files) {
+        const std::size_t slash = file.name.rfind('/');
+        if (slash != std::string::npos)
+            fs::create_directories(directory + "/" + file.name.substr(0, slash));
         std::ofstream out(directory + "/" + file.name, std::ios::binary | std::ios::trunc);
         out << file.content;
     }
@@ -136,9 +179,7 @@ std::string findFault(const Ending& ending, const std::vector<NamedFile>& output
         return "a status that is not documented, or without its message";
     if (ending.status != 0)
         return {};
-    if (outputs.size() == 1)
-        return findFaultInTmd(outputs.front().content, allowed);
     if (outputs.empty() && allowed.noTmd && foundNothing(ending))
         return {};
-    return "a success with " + std::to_string(outputs.size()) + " new files";
+    return findFaultInOutputs(outputs, allowed);
 }

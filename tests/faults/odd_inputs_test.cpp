@@ -15,6 +15,7 @@ namespace {
 constexpr std::size_t longLine = 1'000'000;
 constexpr std::size_t manyLines = 100'000;
 constexpr Allowed nothingFound = {.noTmd = true};
+constexpr const char* withIds = "-id p.prj m.rsd";
 constexpr Allowed negativeCounts = {.negativeCounts = true};
 constexpr Allowed oddTypes = {.oddTypes = true};
 
@@ -26,6 +27,7 @@ struct OddInput {
     int status;
     int verboseStatus; // with -v -info
     Allowed allowed = {};
+    const char* line = nullptr; // the command line when it is not just the file
 };
 
 void PrintTo(const OddInput& input, std::ostream* out) {
@@ -68,8 +70,14 @@ std::string plyWithVertex(const std::string& vertex) {
     return plyWith("3 1 1", vertex, "0 0 1 2 0 0 0 0 0");
 }
 
-std::string matWith(const std::string& count, const std::string& list, const std::string& numbers) {
-    return "@MAT940102\n" + count + "\n" + list + " 0 F C " + numbers + "\n";
+// The rest of the first line, and what follows the second.
+std::string prjWith(const std::string& version, const std::string& entries) {
+    return "@PRJ" + version + "\n1\n" + entries + "\n";
+}
+
+std::string matWith(const std::string& count, const std::string& list, const std::string& numbers,
+                    const std::string& kind = "C") {
+    return "@MAT940102\n" + count + "\n" + list + " 0 F " + kind + " " + numbers + "\n";
 }
 
 std::string matWithList(const std::string& list) {
@@ -80,18 +88,24 @@ const std::vector<OddInput> emptyInputs = {
     {"Rsd", "m.rsd", nothing, 34, 34},
     {"Ply", "m.ply", nothing, 34, 34},
     {"Mat", "m.mat", nothing, 34, 34},
+    {"Tim", "a.tim", nothing, 41, 41},
+    {"Prj", "p.prj", nothing, 34, 34},
+    {"PrjOfIds", "p.prj", nothing, 34, 34, {}, withIds},
     {"Arg", "w.arg", nothing, 0, 0, nothingFound},
 };
 
 const std::vector<OddInput> directories = {
     {"Rsd", "m.rsd", nullptr, 33, 33},    {"Ply", "m.ply", nullptr, 33, 33},
     {"Mat", "m.mat", nullptr, 33, 33},    {"Arg", "w.arg", nullptr, 33, 33},
-    {"Output", "a.tmd", nullptr, 30, 30},
+    {"Tim", "a.tim", nullptr, 40, 40},    {"Prj", "p.prj", nullptr, 33, 33},
+    {"Output", "a.tmd", nullptr, 30, 30}, {"IdList", "a.h", nullptr, 30, 30, {}, withIds},
 };
 
 const std::vector<OddInput> noTexts = {
     {"NullsInRsd", "m.rsd", nullBytes, 70, 70},   {"NullsInPly", "m.ply", nullBytes, 70, 70},
     {"NullsInMat", "m.mat", nullBytes, 70, 70},   {"NullsInArg", "w.arg", nullBytes, 0, 0, nothingFound},
+    {"NullsInTim", "a.tim", nullBytes, 1, 1},     {"NullsInPrj", "p.prj", nullBytes, 3, 3},
+    {"EndMarksInTim", "a.tim", endMarks, 73, 73}, {"EndMarksInPrj", "p.prj", endMarks, 34, 34},
     {"EndMarksInRsd", "m.rsd", endMarks, 34, 34}, {"EndMarksInPly", "m.ply", endMarks, 34, 34},
     {"EndMarksInMat", "m.mat", endMarks, 34, 34}, {"EndMarksInArg", "w.arg", endMarks, 0, 0, nothingFound},
 };
@@ -102,6 +116,10 @@ std::string rsdOfOneLine() {
 
 std::string rsdWithLongName() {
     return rsdWith(std::string(longLine, 'x'), "NTEX=0\n");
+}
+
+std::string rsdWithLongTexture() {
+    return rsdWith("m.ply", "NTEX=1\nTEX[0]=" + std::string(longLine, 'x') + "\n");
 }
 
 std::string rsdWithLongComment() {
@@ -151,9 +169,35 @@ std::string argWithLongOutput() {
     return "-o " + std::string(longLine, 'x') + " m.rsd";
 }
 
+std::string prjWithLongStamp() {
+    return prjWith("940401" + std::string(longLine, ' '), "7 m.rsd");
+}
+
+std::string prjWithLongVersion() {
+    return prjWith(std::string(longLine, '9'), "7 m.rsd");
+}
+
+std::string prjWithLongSecondLine() {
+    return prjWith("940401\n" + std::string(longLine, 'x'), "7 m.rsd");
+}
+
+std::string prjWithLongName() {
+    return prjWith("940401", "7 " + std::string(longLine, 'x'));
+}
+
+// Lines are read in pieces of 255 bytes, of which the last has both fields.
+std::string prjWithLongNumber() {
+    return prjWith("940401", std::string(longLine, '0') + "7 m.rsd");
+}
+
+std::string prjWithManyBlanks() {
+    return prjWith("940401", "7 m.rsd" + std::string(longLine, ' '));
+}
+
 const std::vector<OddInput> longLines = {
     {"NoRsd", "m.rsd", rsdOfOneLine, 70, 70},
     {"PlyName", "m.rsd", rsdWithLongName, 100, 100},
+    {"TextureName", "m.rsd", rsdWithLongTexture, 1, 1},
     {"RsdComment", "m.rsd", rsdWithLongComment, 0, 0},
     {"PlyStamp", "m.ply", plyWithLongStamp, 0, 0},
     {"PlyBlanks", "m.ply", plyWithManyBlanks, 0, 0},
@@ -163,6 +207,14 @@ const std::vector<OddInput> longLines = {
     {"MatRange", "m.mat", matWithOneLongRange, 0, 0},
     {"MatSigns", "m.mat", matWithManySigns, 72, 72},
     {"MatNumbers", "m.mat", matWithMoreNumbers, 0, 0},
+    {"PrjStamp", "p.prj", prjWithLongStamp, 0, 0},
+    {"PrjVersion", "p.prj", prjWithLongVersion, 0, 0},
+    {"PrjSecondLine", "p.prj", prjWithLongSecondLine, 0, 0},
+    {"PrjName", "p.prj", prjWithLongName, 0, 0, nothingFound},
+    {"PrjNumber", "p.prj", prjWithLongNumber, 0, 0},
+    {"PrjBlanks", "p.prj", prjWithManyBlanks, 0, 0},
+    {"NameOfIds", "p.prj", prjWithLongName, 0, 0, {}, withIds},
+    {"NumberOfIds", "p.prj", prjWithLongNumber, 0, 0, {}, withIds},
     {"ArgWord", "w.arg", argWithLongWord, 0, 0, nothingFound},
     {"ArgOutput", "w.arg", argWithLongOutput, 30, 30},
 };
@@ -187,10 +239,28 @@ std::string argWithManyWords() {
     return repeated("-v\n", manyLines) + "m.rsd\n";
 }
 
+std::string rsdWithManyTextures() {
+    return rsdWith("m.ply", "NTEX=1000\n" + repeated("TEX[0]=a.tim\n", 1000));
+}
+
+std::string prjWithManyOtherEntries() {
+    return prjWith("940401", repeated("7 x\n", manyLines) + "7 m.rsd");
+}
+
+std::string prjWithManyEntries() {
+    return prjWith("940401", repeated("7 m\n", 500));
+}
+
 const std::vector<OddInput> manyLinesInputs = {
-    {"RsdComments", "m.rsd", rsdWithManyComments, 0, 0}, {"RsdOthers", "m.rsd", rsdWithManyOtherLines, 0, 0},
-    {"PlyComments", "m.ply", plyWithManyComments, 0, 0}, {"MatComments", "m.mat", matWithManyComments, 0, 0},
+    {"RsdComments", "m.rsd", rsdWithManyComments, 0, 0},
+    {"RsdOthers", "m.rsd", rsdWithManyOtherLines, 0, 0},
+    {"PlyComments", "m.ply", plyWithManyComments, 0, 0},
+    {"MatComments", "m.mat", matWithManyComments, 0, 0},
     {"ArgWords", "w.arg", argWithManyWords, 0, 0},
+    {"RsdTextures", "m.rsd", rsdWithManyTextures, 0, 0},
+    {"PrjOthers", "p.prj", prjWithManyOtherEntries, 0, 0},
+    {"PrjObjects", "p.prj", prjWithManyEntries, 0, 0},
+    {"OtherIds", "p.prj", prjWithManyOtherEntries, 0, 0, {}, withIds},
 };
 
 // A count that no memory holds ends the run where the table is made; one that the file does not hold
@@ -206,6 +276,7 @@ const std::vector<OddInput> counts = {
      negativeCounts},
     {"Materials", "m.mat", [] { return matWith("2147483647", "0", "1 2 3"); }, 15, 15},
     {"NegativeMaterials", "m.mat", [] { return matWith("-1", "0", "1 2 3"); }, 0, 0},
+    {"OtherTexture", "m.mat", [] { return matWith("1", "0", "255 0 0 1 0 0 1 1 1", "T"); }, 0, 0},
     {"Textures", "m.rsd", [] { return rsdWith("m.ply", "NTEX=2147483647\n"); }, 10, 10},
     {"NegativeTextures", "m.rsd", [] { return rsdWith("m.ply", "NTEX=-2147483648\n"); }, 0, 0},
 };
@@ -222,8 +293,47 @@ const std::vector<OddInput> numbers = {
      oddTypes},
     {"Reals", "m.ply", [] { return plyWithVertex("1e999999999 -1e999999999 1e-999999999"); }, 0, 0},
     {"PlyIsRsd", "m.rsd", [] { return rsdWith("m.rsd", "NTEX=0\n"); }, 70, 70},
+    {"TimIsRsd", "m.rsd", [] { return rsdWith("m.ply", "NTEX=1\nTEX[0]=m.rsd\n"); }, 1, 1},
+    {"TimIsHere", "m.rsd", [] { return rsdWith("m.ply", "NTEX=1\nTEX[0]=.\n"); }, 40, 40},
+    {"TimIsDevice", "m.rsd", [] { return rsdWith("m.ply", "NTEX=1\nTEX[0]=/dev/zero\n"); }, 1, 1},
     {"PlyIsHere", "m.rsd", [] { return rsdWith(".", "NTEX=0\n"); }, 33, 33},
 };
+
+// Of the blocks of a TIM file. What a CLUT is too short for is taken for the image block: it has no length.
+const std::vector<OddInput> timLengths = {
+    {"NoClutLength", "a.tim", [] { return timWithClut(0, 20); }, 73, 73},
+    {"ClutBelowHeader", "a.tim", [] { return timWithClut(11, 20); }, 73, 73},
+    {"ClutOfNothing", "a.tim", [] { return timWithClut(12, 20); }, 75, 75},
+    {"LargestClut", "a.tim", [] { return timWithClut(0xFFFFFFFF, 20); }, 73, 73},
+    {"LargestSignedClut", "a.tim", [] { return timWithClut(0x7FFFFFFF, 20); }, 73, 73},
+    {"ClutIsAll", "a.tim", [] { return timWithClut(40, 20); }, 41, 41},
+    {"NoImageLength", "a.tim", [] { return timWithClut(20, 0); }, 75, 75},
+    {"ImageBelowHeader", "a.tim", [] { return timWithClut(20, 11); }, 75, 75},
+    {"ImageOfNothing", "a.tim", [] { return timWithClut(20, 12); }, 0, 0},
+    {"LargestImage", "a.tim", [] { return timWithClut(20, 0xFFFFFFFF); }, 75, 75},
+    {"LargestSignedImage", "a.tim", [] { return timWithClut(20, 0x7FFFFFFF); }, 75, 75},
+    {"LongImage", "a.tim", [] { return timWithoutClut(longLine + 12, longLine); }, 0, 0},
+    {"LongImageCutShort", "a.tim", [] { return timWithoutClut(longLine + 13, longLine); }, 75, 75},
+};
+
+// Numbers of a project are no more than warned about, whatever they are.
+const std::vector<OddInput> prjNumbers = {
+    {"Version", "p.prj", [] { return prjWith("99999999999999999999", "7 m.rsd"); }, 0, 0},
+    {"NegativeVersion", "p.prj", [] { return prjWith("-99999999999999999999", "7 m.rsd"); }, 0, 0},
+    {"NoVersion", "p.prj", [] { return prjWith("", "7 m.rsd"); }, 0, 0},
+    {"NoSecondLine", "p.prj", [] { return std::string("@PRJ940401\n"); }, 34, 34},
+    {"Above16Bits", "p.prj", [] { return prjWith("940401", "32768 m.rsd\n65535 m.rsd"); }, 0, 0},
+    {"Above32Bits", "p.prj", [] { return prjWith("940401", "2147483648 m.rsd\n4294967295 m.rsd"); }, 0, 0},
+    {"Above64Bits", "p.prj", [] { return prjWith("940401", "99999999999999999999 m.rsd"); }, 0, 0},
+    {"FarBelowZero", "p.prj", [] { return prjWith("940401", "-99999999999999999999 m.rsd"); }, 0, 0},
+};
+
+std::string lineFor(const OddInput& input) {
+    const std::string file = input.file;
+    if (input.line != nullptr)
+        return input.line;
+    return file == "w.arg" || file == "p.prj" ? file : "m.rsd";
+}
 
 class Odd : public testing::TestWithParam<OddInput> {
   protected:
@@ -243,7 +353,8 @@ class Odd : public testing::TestWithParam<OddInput> {
     }
 
     void expect(std::vector<std::string> words, int status) {
-        words.emplace_back(GetParam().file == std::string("w.arg") ? "w.arg" : "m.rsd");
+        const std::vector<std::string> inputs = splitWords(lineFor(GetParam()));
+        words.insert(words.end(), inputs.begin(), inputs.end());
         const Ending ending = runs.run(words);
         const std::vector<NamedFile> outputs = takeNewFiles(runs.directory(), files);
         EXPECT_EQ(describeEnding(ending), "exit status " + std::to_string(status));
@@ -251,7 +362,7 @@ class Odd : public testing::TestWithParam<OddInput> {
                                                                       << ending.errors.substr(0, 4000);
     }
 
-    ForkedRuns runs;
+    ForkedRuns& runs = freshRuns();
     std::vector<NamedFile> files;
 };
 
@@ -270,6 +381,8 @@ INSTANTIATE_TEST_SUITE_P(NoText, Odd, testing::ValuesIn(noTexts), nameOf);
 INSTANTIATE_TEST_SUITE_P(LongLine, Odd, testing::ValuesIn(longLines), nameOf);
 INSTANTIATE_TEST_SUITE_P(ManyLines, Odd, testing::ValuesIn(manyLinesInputs), nameOf);
 INSTANTIATE_TEST_SUITE_P(Count, Odd, testing::ValuesIn(counts), nameOf);
+INSTANTIATE_TEST_SUITE_P(TimLength, Odd, testing::ValuesIn(timLengths), nameOf);
+INSTANTIATE_TEST_SUITE_P(PrjNumber, Odd, testing::ValuesIn(prjNumbers), nameOf);
 INSTANTIATE_TEST_SUITE_P(Number, Odd, testing::ValuesIn(numbers), nameOf);
 
 } // namespace

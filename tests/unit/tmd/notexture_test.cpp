@@ -1,15 +1,11 @@
-// Every packet of an untextured polygon against its bytes in the file. The builders find the packet area
-// full of 0xEE, so that a byte that they leave alone shows as EE.
+// Every packet of an untextured polygon against its bytes in the file.
 #include "tmd/notexture.hpp"
 
-#include "unit/model_tables.hpp"
-#include "unit/printed.hpp"
 #include "unit/support.hpp"
-#include "unit/tmd/all_counters.hpp"
+#include "unit/tmd/packet_bytes.hpp"
 
 #include "model/params.hpp"
 #include "settings/settings.hpp"
-#include "tmd/current.hpp"
 
 #include <string>
 #include <vector>
@@ -19,8 +15,6 @@
 using namespace vexbind;
 
 namespace {
-
-using Builder = std::uint32_t (*)(const PolygonRecord& poly, const MaterialRecord& mat, PacketArea& area);
 
 // The bits of attribute words in the rows below.
 constexpr std::uint32_t trans = 0x00200000;
@@ -35,10 +29,7 @@ struct PacketRow {
     Counter* translucent;
 };
 
-// Vertex indices are 03 02, 14 13, FF FF and 01 80 in the file, normal indices 0B 0A, 0D 0C, FE FF and
-// 1F 1E; the colours are 10 11 12, 20 21 22, 30 31 32 and 40 41 42.
-constexpr std::array<std::int32_t, 4> vertices = {0x0203, 0x7F121314, -1, 0x00018001};
-constexpr std::array<std::int32_t, 4> normals = {0x0A0B, 0x00050C0D, -2, 0x1E1F};
+// The colours are 10 11 12, 20 21 22, 30 31 32 and 40 41 42.
 constexpr std::array<std::uint8_t, 12> colours = {0x10, 0x11, 0x12, 0x20, 0x21, 0x22,
                                                   0x30, 0x31, 0x32, 0x40, 0x41, 0x42};
 
@@ -138,49 +129,11 @@ const std::vector<PacketRow> otherRows = {
 };
 // clang-format on
 
-// The bytes of the area in file order: each word least significant first.
-std::string bytesOfArea(const PacketArea& area) {
-    std::string bytes;
-    for (const std::uint32_t word : area) {
-        for (const unsigned shift : {0U, 8U, 16U, 24U}) {
-            bytes += static_cast<char>(word >> shift & 0xFF);
-        }
-    }
-    return bytes;
-}
-
-std::string hexOf(const std::string& bytes) {
-    static constexpr char digits[] = "0123456789ABCDEF";
-    std::string text;
-    for (const char byte : bytes) {
-        const auto value = static_cast<unsigned char>(byte);
-        text += digits[value >> 4];
-        text += digits[value & 15];
-        text += ' ';
-    }
-    return text;
-}
-
-std::vector<Counter> counts() {
-    std::vector<Counter> values;
-    for (const CounterWords& each : allCounters) {
-        values.push_back(*each.counter);
-    }
-    return values;
-}
-
 // A material of kind "G" with the four colours, or with the first `bytes` of their bytes.
 MaterialRecord colouredMaterial(std::size_t bytes = colours.size()) {
     MaterialRecord mat{.attr = 0, .shading = 'F', .kind = 'G', .paramCount = 0, .param = 0};
     set_params(mat, std::span(colours).first(bytes));
     return mat;
-}
-
-PacketArea areaWith(std::uint32_t header) {
-    PacketArea area{};
-    area.fill(0xEEEEEEEE);
-    area[0] = header | 0xEEEE; // olen and ilen are still to come
-    return area;
 }
 
 // Builds the packet of `row` and expects its bytes behind a header with `mode` bits more, EE behind it,
@@ -190,19 +143,10 @@ void expectPacket(const PacketRow& row, std::uint32_t attr, std::uint32_t mode, 
     std::string expected = fromHex(row.bytes);
     expected[3] = static_cast<char>(static_cast<unsigned char>(expected[3]) | mode);
     expected[7] = static_cast<char>(static_cast<unsigned char>(expected[7]) | mode);
-    const std::size_t size = expected.size();
-    expected.resize(100, '\xEE');
-
     const PolygonRecord poly{.attr = attr, .vert = vertices, .norm = normals, .mat_no = 0};
-    const MaterialRecord mat = colouredMaterial();
-    PacketArea area = areaWith(row.header | mode << 24);
-    std::vector<Counter> expectedCounts = counts();
-    for (std::size_t i = 0; i < allCounters.size(); ++i) {
-        expectedCounts[i] += allCounters[i].counter == counter ? 1 : 0;
-    }
-    EXPECT_EQ(row.build(poly, mat, area), size);
-    EXPECT_EQ(hexOf(bytesOfArea(area)), hexOf(expected));
-    EXPECT_EQ(counts(), expectedCounts);
+    expectBuilt(
+        {.build = row.build, .poly = poly, .mat = colouredMaterial(), .header = row.header | mode << 24},
+        expected.size(), expected, counter);
 }
 
 void expectPackets(const std::vector<PacketRow>& rows, std::uint32_t type) {
@@ -214,32 +158,9 @@ void expectPackets(const std::vector<PacketRow>& rows, std::uint32_t type) {
     }
 }
 
-// The lines that a builder prints for polygon `number` of an object of five vertices and normals.
+// The lines that a builder prints for polygon `number` with the four colours.
 std::string dumpOf(Builder build, const PolygonRecord& poly, std::uint32_t header, std::uint32_t number) {
-    const ModelTables tables({.vertices = 5, .normals = 5});
-    for (std::int16_t i = 0; i < 5; ++i) {
-        vertexAt(i) = {.x = i, .y = static_cast<std::int16_t>(-i), .z = 100};
-        normalAt(i) = {.x = 4096, .y = i, .z = -4096};
-    }
-    RSD object = plainObject();
-    object.nvert = 5;
-    object.nnorm = 5;
-    currentObject = &object;
-    currentPolygon = number;
-    std::FILE* before = dout;
-    const std::string text = printed([&](std::FILE* stream) {
-        dout = stream;
-        PacketArea area = areaWith(header);
-        build(poly, colouredMaterial(), area);
-    });
-    dout = before;
-    currentObject = nullptr;
-    currentPolygon = 0;
-    return text;
-}
-
-PolygonRecord smallPolygon(std::uint32_t attr) {
-    return {.attr = attr, .vert = {0, 1, 2, 3}, .norm = {4, 3, 2, 1}, .mat_no = 0};
+    return dumpBy({.build = build, .poly = poly, .mat = colouredMaterial(), .header = header}, number);
 }
 
 } // namespace

@@ -5,10 +5,12 @@
 #include "unit/support.hpp"
 #include "unit/tmd/all_counters.hpp"
 
+#include "model/params.hpp"
 #include "settings/settings.hpp"
 #include "tmd/current.hpp"
 
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -78,6 +80,30 @@ std::string summaryOf(const TmdBuild& tmd) {
     ObjList = {};
     Tmdfile = nullptr;
     return text;
+}
+
+// A material of kind "T" for texture `number`.
+MaterialRecord materialOfTexture(std::uint8_t number) {
+    MaterialRecord mat{.attr = 0, .shading = 'F', .kind = 'T', .paramCount = 0, .param = 0};
+    set_params(mat, std::array<std::uint8_t, 9>{number, 77, 77, 77, 77, 77, 77, 77, 77});
+    return mat;
+}
+
+// What printEtc prints of a polygon with this header word.
+std::string texturedLines(std::uint32_t header, std::uint32_t clut, std::uint32_t tsb,
+                          const MaterialRecord& mat) {
+    PacketArea area{};
+    area.fill(0xEEEEEEEE);
+    area[0] = header;
+    area[1] = clut << 16 | 0x5A5A;
+    area[2] = tsb << 16 | 0x5A5A;
+    return printed([&](std::FILE* stream) { printEtc(stream, area, mat); });
+}
+
+// And of a sprite, which has the two codes the other way round.
+std::string spriteLines(std::uint32_t header, std::uint32_t clut, std::uint32_t tsb,
+                        const MaterialRecord& mat) {
+    return texturedLines(header, tsb, clut, mat);
 }
 
 constexpr char summaryHead[] = "================= TMD ==================\n"
@@ -181,6 +207,102 @@ TEST(PrintColors, ShowsAsManyColourWordsAsAsked) {
     EXPECT_EQ(lineOf(4, 3), "\tColors: (  1   2   3) (255 100  10) (  0   0   0) \n");
     EXPECT_EQ(lineOf(4, 4), "\tColors: (  1   2   3) (255 100  10) (  0   0   0) (255 255 255) \n");
     EXPECT_EQ(lineOf(8, 1), "\tColor : (255 100  10) \n");
+}
+
+TEST(PrintEtc, ShowsTheCodesInTheLayout) {
+    const FreshGlobals globals;
+    struct Row {
+        std::int32_t layout;
+        std::uint32_t clut;
+        std::uint32_t tsb;
+        const char* text; // behind "Pixel mode  : "
+    };
+    const std::vector<Row> rows = {
+        {0, 0x7801, 0x0000, "4bit CLUT : (x y)=( 16 480)\n\tTexture Page:  0"},
+        {0, 0x0000, 0x000A, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page: 10"},
+        {0, 0xFFFF, 0x001F, "4bit CLUT : (x y)=(1008 511)\n\tTexture Page: 31"},
+        {0, 0x8000, 0x0080, "8bit CLUT : (x y)=(  0   0)\n\tTexture Page:  0"},
+        {0, 0x0040, 0x0091, "8bit CLUT : (x y)=(  0   1)\n\tTexture Page: 17"},
+        {0, 0xFFFF, 0x0105, "16bit\n\tTexture Page:  5"},
+        {0, 0xFFFF, 0x0180, "50% back + 50% polygon\n\tTexture Page:  0"},
+        {0, 0xFFFF, 0xFFFF, "50% back + 50% polygon\n\tTexture Page: 31"},
+        // Bits of the other layouts.
+        {0, 0x0000, 0x0200, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page:  0"},
+        {0, 0x0000, 0x0400, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page:  0"},
+        {0, 0x0000, 0x0800, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page:  0"},
+        {0, 0x0000, 0x0060, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page:  0"},
+        {1, 0x7801, 0x0000, "4bit CLUT : (x y)=( 16 480)\n\tTexture Page:  0"},
+        {1, 0xFFFF, 0x007F, "4bit CLUT : (x y)=(1008 1023)\n\tTexture Page: 127"},
+        {1, 0x8000, 0x0200, "8bit CLUT : (x y)=(  0 512)\n\tTexture Page:  0"},
+        {1, 0x8000, 0x0400, "16bit\n\tTexture Page:  0"},
+        {1, 0x8000, 0x0600, "50% back + 50% polygon\n\tTexture Page:  0"},
+        {1, 0x8000, 0xFFFF, "50% back + 50% polygon\n\tTexture Page: 127"},
+        {1, 0x0000, 0x0060, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page: 96"},
+        {1, 0x0000, 0x0080, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page:  0"},
+        {1, 0x0000, 0x0180, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page:  0"},
+        {1, 0x0000, 0x0800, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page:  0"},
+        {2, 0xFFFF, 0x0000, "4bit CLUT : (x y)=(1008 1023)\n\tTexture Page:  0"},
+        {2, 0x8000, 0x0080, "8bit CLUT : (x y)=(  0 512)\n\tTexture Page:  0"},
+        {2, 0x8000, 0x0100, "16bit\n\tTexture Page:  0"},
+        {2, 0x8000, 0x0180, "50% back + 50% polygon\n\tTexture Page:  0"},
+        {2, 0x0000, 0x0200, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page:  0"},
+        {2, 0x0000, 0x0800, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page: 32"},
+        {2, 0x0000, 0x081F, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page: 63"},
+        {2, 0x0000, 0x0060, "4bit CLUT : (x y)=(  0   0)\n\tTexture Page:  0"},
+        {2, 0x0000, 0xFFFF, "50% back + 50% polygon\n\tTexture Page: 63"},
+        // Any other layout has the long CLUT rows, and else the codes of the first.
+        {3, 0xFFFF, 0x0000, "4bit CLUT : (x y)=(1008 1023)\n\tTexture Page:  0"},
+        {3, 0xFFFF, 0x0865, "4bit CLUT : (x y)=(1008 1023)\n\tTexture Page:  5"},
+        {3, 0xFFFF, 0x0201, "4bit CLUT : (x y)=(1008 1023)\n\tTexture Page:  1"},
+    };
+    const MaterialRecord mat = materialOfTexture(5);
+    for (const Row& row : rows) {
+        arcade = row.layout;
+        const std::string expected = std::string("\tPixel mode  : ") + row.text + "   Texture No. :  5\n";
+        EXPECT_EQ(texturedLines(0x24000507, row.clut, row.tsb, mat), expected)
+            << "layout " << row.layout << std::hex << ", " << row.tsb;
+        EXPECT_EQ(spriteLines(0x64010305, row.clut, row.tsb, mat), expected)
+            << "layout " << row.layout << std::hex << ", " << row.tsb;
+    }
+}
+
+TEST(PrintEtc, ShowsTheRateOfTranslucentPackets) {
+    const FreshGlobals globals;
+    struct Row {
+        std::int32_t layout;
+        std::uint32_t tsb;
+        const char* name;
+    };
+    const std::vector<Row> rows = {
+        {0, 0x0100, "50% back + 50% polygon"},   {0, 0x0120, "100% back + 100% polygon"},
+        {0, 0x0140, "100% back - 100% polygon"}, {0, 0x0160, "100% back + 25% polygon"},
+        {0, 0x0F00, "50% back + 50% polygon"},   {2, 0x0120, "100% back + 100% polygon"},
+        {2, 0x0140, "100% back - 100% polygon"}, {2, 0x0160, "100% back + 25% polygon"},
+        {2, 0x0900, "50% back + 50% polygon"},   {1, 0x0400, "50% back + 50% polygon"},
+        {1, 0x0480, "100% back + 100% polygon"}, {1, 0x0500, "100% back - 100% polygon"},
+        {1, 0x0580, "100% back + 25% polygon"},  {1, 0x0460, "50% back + 50% polygon"},
+    };
+    const MaterialRecord mat = materialOfTexture(5);
+    for (const Row& row : rows) {
+        arcade = row.layout;
+        const std::string opaque = texturedLines(0x24000507, 0, row.tsb, mat);
+        const std::string expected = opaque + "\tTranslucency: " + row.name + "\n";
+        EXPECT_EQ(opaque.find("Translucency"), std::string::npos);
+        EXPECT_EQ(texturedLines(0x26000507, 0, row.tsb, mat), expected) << row.layout << " " << row.tsb;
+        EXPECT_EQ(texturedLines(0x3F030A0C, 0, row.tsb, mat), expected) << row.layout << " " << row.tsb;
+        EXPECT_EQ(spriteLines(0x66010305, 0, row.tsb, mat), expected) << row.layout << " " << row.tsb;
+        EXPECT_EQ(spriteLines(0x7E010204, 0, row.tsb, mat), expected) << row.layout << " " << row.tsb;
+    }
+}
+
+TEST(PrintEtc, ShowsTheTextureNumberOfTheMaterial) {
+    const FreshGlobals globals;
+    const std::string front = "\tPixel mode  : 16bit\n\tTexture Page:  0   Texture No. : ";
+    EXPECT_EQ(texturedLines(0x24000507, 0, 0x0100, materialOfTexture(0)), front + " 0\n");
+    EXPECT_EQ(texturedLines(0x24000507, 0, 0x0100, materialOfTexture(42)), front + "42\n");
+    EXPECT_EQ(texturedLines(0x24000507, 0, 0x0100, materialOfTexture(255)), front + "255\n");
+    // A material without numbers.
+    EXPECT_EQ(texturedLines(0x24000507, 0, 0x0100, MaterialRecord{}), front + " 0\n");
 }
 
 TEST(PrintTMD, LeavesOutCountersOfZero) {
