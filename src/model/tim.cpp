@@ -37,6 +37,7 @@ static std::uint32_t textureCount = 0;
 void read_tim_files(RSD* object) {
     if (object->ntex == 0) {
         Texinfo = nullptr;
+        textureCount = 0;
         return;
     }
     textureCount = static_cast<std::uint32_t>(object->ntex);

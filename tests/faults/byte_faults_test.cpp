@@ -20,7 +20,7 @@ constexpr std::array<unsigned char, 14> tellingValues = {0x00, '\n', '\r', 0x1A,
 
 const std::vector<Words> optionSets = {{}, {"-v", "-info"}};
 
-constexpr int shownFaults = 5;
+constexpr int mostFaults = 5; // after them a test makes no more runs
 
 std::string hex(unsigned char value) {
     std::array<char, 8> text{};
@@ -35,6 +35,8 @@ class Damaged : public testing::TestWithParam<Scene> {
     // One run with `content` as what is damaged; `damage` says how it came about. How many files it left.
     std::size_t judge(const std::string& content, const Words& options, const Allowed& allowed,
                       const std::string& damage) {
+        if (faults == mostFaults)
+            return 0;
         const std::vector<NamedFile> files = filesWith(GetParam(), content);
         writeFiles(runs.directory(), files);
         Words words = options;
@@ -48,19 +50,18 @@ class Damaged : public testing::TestWithParam<Scene> {
         if (fault.empty())
             return outputs.size();
         ++faults;
-        if (faults <= shownFaults) {
-            ADD_FAILURE() << fault << "\nscene: " << GetParam().format << ", damaged: " << GetParam().faulty
-                          << ", " << damage << "\nwords: " << testing::PrintToString(words)
-                          << "\nended with: " << describeEnding(ending) << "\nstandard error:\n"
-                          << ending.errors.substr(0, 4000);
-        }
+        ADD_FAILURE() << fault << "\nscene: " << GetParam().format << ", damaged: " << GetParam().faulty
+                      << ", " << damage << "\nwords: " << testing::PrintToString(words)
+                      << "\nended with: " << describeEnding(ending) << "\nstandard error:\n"
+                      << ending.errors.substr(0, 4000);
         return outputs.size();
     }
 
     void expectSeen(const std::set<int>& wanted) const {
+        if (faults > 0)
+            return; // not all runs were made
         for (const int status : wanted)
             EXPECT_EQ(seen.count(status), 1U) << "no run ended with status " << status;
-        EXPECT_LE(faults, shownFaults) << "that many in all";
     }
 
     ForkedRuns& runs = freshRuns();

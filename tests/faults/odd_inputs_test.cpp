@@ -247,6 +247,11 @@ std::string prjWithManyOtherEntries() {
     return prjWith("940401", repeated("7 x\n", manyLines) + "7 m.rsd");
 }
 
+// Each of them is looked for under several names.
+std::string prjNamingManyOthers() {
+    return prjWith("940401", repeated("7 x\n", manyLines / 10) + "7 m.rsd");
+}
+
 std::string prjWithManyEntries() {
     return prjWith("940401", repeated("7 m\n", 500));
 }
@@ -258,7 +263,7 @@ const std::vector<OddInput> manyLinesInputs = {
     {"MatComments", "m.mat", matWithManyComments, 0, 0},
     {"ArgWords", "w.arg", argWithManyWords, 0, 0},
     {"RsdTextures", "m.rsd", rsdWithManyTextures, 0, 0},
-    {"PrjOthers", "p.prj", prjWithManyOtherEntries, 0, 0},
+    {"PrjOthers", "p.prj", prjNamingManyOthers, 0, 0},
     {"PrjObjects", "p.prj", prjWithManyEntries, 0, 0},
     {"OtherIds", "p.prj", prjWithManyOtherEntries, 0, 0, {}, withIds},
 };
