@@ -34,7 +34,7 @@ namespace fs = std::filesystem;
 // than the run, and so would it to remember from where each block was allocated. A larger quarantine
 // of freed memory would take up all the memory that a run with many files may have.
 extern "C" const char* __asan_default_options() {
-    return "exitcode=99:allocator_may_return_null=1:"
+    return "exitcode=66:allocator_may_return_null=1:"
            "detect_leaks=0:malloc_context_size=1:quarantine_size_mb=16";
 }
 #endif
