@@ -16,25 +16,12 @@ using namespace vexbind;
 
 namespace {
 
-// The bits of attribute words in the rows below.
-constexpr std::uint32_t trans = 0x00200000;
-
-struct PacketRow {
-    const char* name;
-    Builder build;
-    std::uint32_t attr;
-    std::uint32_t header; // mode and flag, where set_primitive puts them
-    const char* bytes;
-    Counter* opaque;
-    Counter* translucent;
-};
-
 // The colours are 10 11 12, 20 21 22, 30 31 32 and 40 41 42.
 constexpr std::array<std::uint8_t, 12> colours = {0x10, 0x11, 0x12, 0x20, 0x21, 0x22,
                                                   0x30, 0x31, 0x32, 0x40, 0x41, 0x42};
 
 // clang-format off
-const std::vector<PacketRow> flatRows = {
+const std::vector<ExpectedPacket> flatRows = {
     {"plain triangle", flat_notexture, 0x00000000, 0x20000000,
      "04 03 00 20  10 11 12 20  0B 0A 03 02 14 13 FF FF",
      &nFlat3, &nFlatTrans3},
@@ -65,7 +52,7 @@ const std::vector<PacketRow> flatRows = {
      &nGradFlat4, &nGradFlatTrans4},
 };
 
-const std::vector<PacketRow> gouraudRows = {
+const std::vector<ExpectedPacket> gouraudRows = {
     {"plain triangle", gouraud_notexture, 0x00400000, 0x30000000,
      "06 04 00 30  10 11 12 30  0B 0A 03 02 0D 0C 14 13 FE FF FF FF",
      &nGouraud3, &nGouraudTrans3},
@@ -100,7 +87,7 @@ const std::vector<PacketRow> gouraudRows = {
 
 // Types 4 to 7, here without their type byte: quadrangles but for the quadrangle bit of the mode, and
 // but for the fourth vertex of a flat light-off packet, which is 0.
-const std::vector<PacketRow> otherRows = {
+const std::vector<ExpectedPacket> otherRows = {
     {"flat plain", flat_notexture, 0x00000000, 0x20000000,
      "05 04 00 20  10 11 12 20  0B 0A 03 02 14 13 FF FF 01 80 00 00",
      &nFlat4, &nFlatTrans4},
@@ -138,7 +125,7 @@ MaterialRecord colouredMaterial(std::size_t bytes = colours.size()) {
 
 // Builds the packet of `row` and expects its bytes behind a header with `mode` bits more, EE behind it,
 // its size, and one more packet in `counter` alone.
-void expectPacket(const PacketRow& row, std::uint32_t attr, std::uint32_t mode, Counter* counter) {
+void expectPacket(const ExpectedPacket& row, std::uint32_t attr, std::uint32_t mode, Counter* counter) {
     SCOPED_TRACE(row.name + std::string(mode != 0 ? ", translucent" : ""));
     std::string expected = fromHex(row.bytes);
     expected[3] = static_cast<char>(static_cast<unsigned char>(expected[3]) | mode);
@@ -149,8 +136,8 @@ void expectPacket(const PacketRow& row, std::uint32_t attr, std::uint32_t mode, 
         expected.size(), expected, counter);
 }
 
-void expectPackets(const std::vector<PacketRow>& rows, std::uint32_t type) {
-    for (const PacketRow& row : rows) {
+void expectPackets(const std::vector<ExpectedPacket>& rows, std::uint32_t type) {
+    for (const ExpectedPacket& row : rows) {
         expectPacket(row, row.attr | type, 0, row.opaque);
         expectPacket(row, row.attr | type | trans, 2, row.translucent);
         // The rate of the translucency does not show.

@@ -21,6 +21,20 @@
 using Builder = std::uint32_t (*)(const vexbind::PolygonRecord& poly, const vexbind::MaterialRecord& mat,
                                   vexbind::PacketArea& area);
 
+// The translucent bit of attribute words.
+inline constexpr std::uint32_t trans = 0x00200000;
+
+// A polygon's attribute word, and the packet and counters that follow from it.
+struct ExpectedPacket {
+    const char* name;
+    Builder build;
+    std::uint32_t attr;
+    std::uint32_t header; // mode and flag, where set_primitive puts them
+    const char* bytes;
+    vexbind::Counter* opaque;
+    vexbind::Counter* translucent;
+};
+
 // Vertex indices are 03 02, 14 13, FF FF and 01 80 in the file, normal indices 0B 0A, 0D 0C, FE FF and 1F 1E.
 inline constexpr std::array<std::int32_t, 4> vertices = {0x0203, 0x7F121314, -1, 0x00018001};
 inline constexpr std::array<std::int32_t, 4> normals = {0x0A0B, 0x00050C0D, -2, 0x1E1F};

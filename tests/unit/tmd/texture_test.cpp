@@ -18,18 +18,6 @@ using namespace vexbind;
 
 namespace {
 
-constexpr std::uint32_t trans = 0x00200000;
-
-struct PacketRow {
-    const char* name;
-    Builder build;
-    std::uint32_t attr;
-    std::uint32_t header; // mode and flag, where set_primitive puts them
-    const char* bytes;
-    Counter* opaque;
-    Counter* translucent;
-};
-
 // Texture 1; the texels, u then v, of the four vertices; the colours of the four vertices.
 constexpr std::array<std::uint8_t, 21> params = {0x01, 0x01, 0x02, 0x11, 0x12, 0x21, 0x22,
                                                  0xE0, 0xFE, 0x10, 0x11, 0x12, 0x20, 0x21,
@@ -52,7 +40,7 @@ const TextureRecord texture = {.pmode = 8,
                                .pixel_h = 0};
 
 // clang-format off
-const std::vector<PacketRow> flatRows = {
+const std::vector<ExpectedPacket> flatRows = {
     {"lit triangle", flat_texture, 0x00800000, 0x24000000,
      "07 05 00 24  29 05 CD AB  39 15 1A 09  49 25 00 00  0B 0A 03 02 14 13 FF FF",
      &nFlat3Tex, &nFlatTrans3Tex},
@@ -84,7 +72,7 @@ const std::vector<PacketRow> flatRows = {
      &nFlat4TexNoLight, &nFlatTrans4TexNoLight},
 };
 
-const std::vector<PacketRow> gouraudRows = {
+const std::vector<ExpectedPacket> gouraudRows = {
     {"lit triangle", gouraud_texture, 0x00C00000, 0x34000000,
      "09 06 00 34  29 05 CD AB  39 15 1A 09  49 25 00 00  0B 0A 03 02 0D 0C 14 13 FE FF FF FF",
      &nGouraud3Tex, &nGouraudTrans3Tex},
@@ -127,7 +115,7 @@ MaterialRecord texturedMaterial(std::span<const std::uint8_t> list = params) {
 
 // Builds the packet of `row` with the attribute word `attr` and expects its bytes, with `mode` bits more in
 // the header and TSB 091A or, by its low byte, another.
-void expectPacket(const PacketRow& row, std::uint32_t attr, std::uint32_t mode, std::uint8_t lowTsb,
+void expectPacket(const ExpectedPacket& row, std::uint32_t attr, std::uint32_t mode, std::uint8_t lowTsb,
                   Counter* counter) {
     SCOPED_TRACE(row.name + std::string(mode != 0 ? ", translucent" : ""));
     std::string expected = fromHex(row.bytes);
@@ -139,8 +127,8 @@ void expectPacket(const PacketRow& row, std::uint32_t attr, std::uint32_t mode, 
         expected.size(), expected, counter);
 }
 
-void expectPackets(const std::vector<PacketRow>& rows, std::uint32_t type) {
-    for (const PacketRow& row : rows) {
+void expectPackets(const std::vector<ExpectedPacket>& rows, std::uint32_t type) {
+    for (const ExpectedPacket& row : rows) {
         const std::uint32_t attr = row.attr | type;
         expectPacket(row, attr, 0, 0x1A, row.opaque);
         // The rate of an opaque polygon does not show.
@@ -195,8 +183,8 @@ TEST(GouraudTexture, BuildsEveryPacket) {
 TEST(Texture, BuildsOtherTypesInTheFormOfTriangles) {
     const FreshGlobals globals;
     const TextureTable table{TextureRecord{}, texture};
-    for (const std::vector<PacketRow>& rows : {flatRows, gouraudRows}) {
-        for (const PacketRow& row : rows) {
+    for (const std::vector<ExpectedPacket>& rows : {flatRows, gouraudRows}) {
+        for (const ExpectedPacket& row : rows) {
             if ((row.attr & 0x01000000) != 0) {
                 continue;
             }
