@@ -12,6 +12,7 @@
 #include "utilkit/chdir.hpp"
 #include "utilkit/drawline.hpp"
 #include "utilkit/errors.hpp"
+#include "utilkit/put4.hpp"
 
 #include <algorithm>
 #include <cstdio>
@@ -125,7 +126,7 @@ void finish_table(FileRecord* file) {
     fileSeek(file, tmdHeaderBytes);
     putMyMem(TmdData.objtbl, file);
     // The ID list may be written over the TMD, when both have one name: it comes later.
-    std::fflush(file->stream);
+    writePendingWords();
 }
 
 } // namespace vexbind

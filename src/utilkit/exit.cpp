@@ -2,12 +2,14 @@
 
 #include "settings/settings.hpp"
 #include "utilkit/chdir.hpp"
+#include "utilkit/put4.hpp"
 
 #include <cstdlib>
 
 namespace vexbind {
 
 void Exit(std::int32_t status) {
+    writePendingWords();
     chDir(cwd.data());
     std::exit(status);
 }

@@ -2,6 +2,7 @@
 
 #include "utilkit/errors.hpp"
 #include "utilkit/getfull0.hpp"
+#include "utilkit/put4.hpp"
 #include "utilkit/status.hpp"
 #include "utilkit/stralloc.hpp"
 
@@ -10,21 +11,11 @@
 
 namespace vexbind {
 
-/// Large enough that a model's output takes few system calls.
-static constexpr std::size_t outputBufferSize = std::size_t{256} * 1024;
-
 /// Opens the stream into a cleared record; false when it does not open.
 static bool openStream(const char* name, const char* mode, FileRecord* record) {
     *record = FileRecord{};
     record->stream = std::fopen(name, mode);
     record->writes = mode[0] == 'w';
-    if (record->stream != nullptr && record->writes) {
-        record->outputBuffer = static_cast<char*>(std::malloc(outputBufferSize));
-        // Without memory for it the stream keeps a buffer of its own.
-        if (record->outputBuffer != nullptr) {
-            std::setvbuf(record->stream, record->outputBuffer, _IOFBF, outputBufferSize);
-        }
-    }
     return record->stream != nullptr;
 }
 
@@ -55,14 +46,13 @@ FileRecord* fileOpen0(const char* name, const char* mode, FileRecord* record) {
 
 static void closeStream(FileRecord* record, const char* name) {
     if (record->stream != nullptr) {
+        writePendingWords();
         const bool lostBytes = record->writes && std::ferror(record->stream) != 0;
         if (std::fclose(record->stream) != 0 || lostBytes) {
             raiseError(closeFailed, CLOSE_ERR, name);
         }
         record->stream = nullptr;
     }
-    std::free(record->outputBuffer);
-    record->outputBuffer = nullptr;
     freeTextBlock(record->text);
     trackedFree(record->name);
     record->name = nullptr;
@@ -115,7 +105,8 @@ FileRecord* fileMatchOpenOrFail(const char* name, ExtensionList extensions, std:
 }
 
 std::int32_t fileSeek(FileRecord* record, std::int32_t offset) {
-    if (std::fseek(record->stream, offset, SEEK_SET) != 0) {
+    writePendingWords();
+    if (std::ferror(record->stream) != 0 || std::fseek(record->stream, offset, SEEK_SET) != 0) {
         raiseError(seekFailed, SEEK_ERR, record->name, static_cast<long>(offset));
         return 0;
     }

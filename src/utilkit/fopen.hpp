@@ -18,7 +18,6 @@ struct FileRecord {
     std::int32_t position; // byte offset, as kept by the binary routines and fileSeek
     TextBlock text;        // what the text routines have read ahead
     bool writes;           // opened for writing
-    char* outputBuffer;    // owned; the stream's buffer when it writes, else null
 };
 
 inline constexpr std::uint32_t countedFileRecord = 20; // five 4-byte fields

@@ -2,10 +2,9 @@
 
 #include "utilkit/errors.hpp"
 #include "utilkit/status.hpp"
-#include "utilkit/wrap.hpp"
 
-#include <array>
-#include <bit>
+#include <algorithm>
+#include <span>
 
 namespace vexbind {
 
@@ -19,8 +18,23 @@ static FileWord fileWord(std::uint32_t word) {
             static_cast<unsigned char>(word >> 16), static_cast<unsigned char>(word >> 24)};
 }
 
+PendingWords pendingWords{};
+
+bool writePendingWords() {
+    FileRecord* file = pendingWords.file;
+    if (file == nullptr) {
+        return true;
+    }
+    const std::size_t size = pendingWords.end;
+    pendingWords.file = nullptr;
+    pendingWords.end = 0;
+    return std::fwrite(pendingWords.bytes.data(), 1, size, file->stream) == size &&
+           std::fflush(file->stream) == 0;
+}
+
 std::int32_t put4Bytes(std::uint32_t value, FileRecord* file) {
     const FileWord bytes = fileWord(value);
+    writePendingWords();
     const std::size_t written = std::fwrite(bytes.data(), 1, bytes.size(), file->stream);
     if (written != bytes.size() || std::fflush(file->stream) != 0) {
         raiseError(writeFailed, WRIT_ERR, file->name, static_cast<long>(file->position));
@@ -30,17 +44,38 @@ std::int32_t put4Bytes(std::uint32_t value, FileRecord* file) {
     return 1;
 }
 
+/// Lets `bytes` wait behind those of `file` that wait already; full blocks are written.
+static void putBytes(std::span<const std::byte> bytes, FileRecord* file) {
+    if (pendingWords.file != file) {
+        writePendingWords();
+        pendingWords.file = file;
+    }
+    while (!bytes.empty()) {
+        const std::size_t room = pendingWords.bytes.size() - pendingWords.end;
+        const std::size_t size = std::min(room, bytes.size());
+        std::memcpy(pendingWords.bytes.data() + pendingWords.end, bytes.data(), size);
+        pendingWords.end += size;
+        bytes = bytes.subspan(size);
+        if (size == room) {
+            writePendingWords();
+            pendingWords.file = file;
+        }
+    }
+}
+
 std::int32_t put4ByteArray(const std::uint32_t* words, std::int32_t count, FileRecord* file) {
     if (count < 1) {
+        writePendingWords();
         std::fflush(file->stream);
         return 0;
     }
-    const auto size = static_cast<std::size_t>(count);
+    const std::span<const std::uint32_t> all(words, static_cast<std::size_t>(count));
     if constexpr (std::endian::native == std::endian::little) {
-        std::fwrite(words, wordBytes, size, file->stream);
+        putBytes(std::as_bytes(all), file);
     } else {
-        for (std::size_t i = 0; i < size; ++i) {
-            std::fwrite(fileWord(words[i]).data(), 1, wordBytes, file->stream);
+        for (const std::uint32_t word : all) {
+            const FileWord bytes = fileWord(word);
+            putBytes(std::as_bytes(std::span(bytes)), file);
         }
     }
     file->position = wrapAdd(file->position, wordBytes * static_cast<std::uint32_t>(count));

@@ -153,17 +153,6 @@ TEST(FileOpen, FailedAllocationOfTheRecordComesBeforeTheOpening) {
         ExitedWithCode(11), Eq("\nAlloc Error: \"fileOpen\" 1 x 20(+1-0:sum=20)\n"));
 }
 
-TEST(FileOpen, WritesWithoutMemoryForABuffer) {
-    const TestDirectory here;
-    const FailingAllocation failing(2);
-    FileRecord* file = fileOpen("out", "wb");
-    ASSERT_NE(file, nullptr);
-    EXPECT_TRUE(hasFailedAllocation());
-    EXPECT_EQ(put4Bytes(5, file), 1);
-    fileClose(file);
-    EXPECT_EQ(bytesOf("out"), fromHex("05 00 00 00"));
-}
-
 TEST(FileOpen, HandlesLongPathsWhole) {
     const std::string directory(200, 'd');
     const std::string name = directory + "/" + directory + "/" + std::string(200, 'f');

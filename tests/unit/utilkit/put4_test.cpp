@@ -2,7 +2,9 @@
 #include "utilkit/put4.hpp"
 
 #include "unit/support.hpp"
+#include "utilkit/exit.hpp"
 
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <limits>
@@ -19,6 +21,8 @@ using testing::Eq;
 using testing::ExitedWithCode;
 
 namespace {
+
+using TwoWords = std::array<std::uint32_t, 2>;
 
 constexpr char fullDevice[] = "/dev/full";
 
@@ -178,4 +182,83 @@ TEST(Put4ByteArray, FailureIsNotDetectedUntilTheClose) {
             },
             ExitedWithCode(31), Eq("\nFail to Close File : /dev/full\n"));
     }
+}
+
+TEST(PendingWords, GoOutBeforeThoseOfAnotherFile) {
+    const TestDirectory here;
+    const std::array<std::uint32_t, 3> words = {1, 2, 3};
+    FileRecord* first = fileOpen("first", "wb");
+    FileRecord* second = fileOpen("second", "wb");
+    put4Words(words, 2, first);
+    EXPECT_EQ(bytesOf("first"), "");
+    put4Words(words, 1, second);
+    EXPECT_EQ(bytesOf("first"), fromHex("01 00 00 00 02 00 00 00"));
+    put4Words(words, 3, first);
+    EXPECT_EQ(bytesOf("second"), fromHex("01 00 00 00"));
+    EXPECT_EQ(first->position, 20);
+    EXPECT_EQ(second->position, 4);
+    fileClose(second);
+    fileClose(first);
+    EXPECT_EQ(bytesOf("first"), fromHex("01 00 00 00 02 00 00 00  01 00 00 00 02 00 00 00 03 00 00 00"));
+    EXPECT_EQ(bytesOf("second"), fromHex("01 00 00 00"));
+}
+
+TEST(PendingWords, GoOutBeforeASeekAndBeforeASingleWord) {
+    const TestDirectory here;
+    const std::array<std::uint32_t, 3> words = {1, 2, 3};
+    FileRecord* file = fileOpen("out", "wb");
+    put4Words(words, 3, file);
+    put4Bytes(4, file);
+    EXPECT_EQ(bytesOf("out"), fromHex("01 00 00 00 02 00 00 00 03 00 00 00 04 00 00 00"));
+    put4Words(words, 1, file);
+    EXPECT_EQ(fileSeek(file, 4), 1);
+    put4Words(words, 1, file);
+    fileClose(file);
+    EXPECT_EQ(bytesOf("out"), fromHex("01 00 00 00 01 00 00 00 03 00 00 00 04 00 00 00 01 00 00 00"));
+}
+
+TEST(PendingWords, GoOutAtTheExit) {
+    const TestDirectory here;
+    EXPECT_EXIT(
+        {
+            const TwoWords words{};
+            put4Words(words, 2, fileOpen("out", "wb"));
+            Exit(3);
+        },
+        ExitedWithCode(3), Eq(""));
+    EXPECT_EQ(bytesOf("out"), fromHex("00 00 00 00 00 00 00 00"));
+}
+
+// Whatever the words before them leave of the block that they wait in.
+TEST(PendingWords, KeepTheirOrderAcrossBlocks) {
+    const TestDirectory here;
+    std::array<std::uint32_t, 25> words{};
+    std::string bytes;
+    std::uint32_t next = 0;
+    FileRecord* file = fileOpen("out", "wb");
+    for (std::uint32_t i = 0; i < 20'000; ++i) {
+        const std::uint32_t count = i % 25 + 1;
+        for (std::uint32_t k = 0; k < count; ++k, ++next) {
+            words[k] = next << 8 | 0xAA;
+            bytes += {'\xAA', static_cast<char>(next), static_cast<char>(next >> 8),
+                      static_cast<char>(next >> 16)};
+        }
+        put4Words(words, count, file);
+    }
+    EXPECT_EQ(file->position, static_cast<std::int32_t>(bytes.size()));
+    fileClose(file);
+    EXPECT_TRUE(bytesOf("out") == bytes);
+}
+
+TEST(PendingWords, LossEndsTheSeek) {
+    const TestDirectory here;
+    EXPECT_EXIT(
+        {
+            const std::vector<std::uint32_t> words(100'000, 7);
+            FileRecord* file = fileOpen(fullDevice, "wb");
+            put4ByteArray(words.data(), 100'000, file);
+            writePendingWords();
+            fileSeek(file, 12);
+        },
+        ExitedWithCode(32), Eq("\nSeek error \"/dev/full\" at 12 bytes"));
 }
