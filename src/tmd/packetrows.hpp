@@ -1,14 +1,124 @@
-// The layout of every packet variant, one row each.
-#include "tmd/packets.hpp"
+// The layout of every packet variant, one row each that reads like the packet in the file.
+#pragma once
+
+#include "tmd/counters.hpp"
+#include "tmd/packetarea.hpp"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
 
 namespace vexbind {
 
-// The words of the table, in this file alone.
-using enum Field;
-using enum ColourDump;
+/// What stands next in a packet. Half words are little-endian.
+enum class Field : std::uint8_t {
+    none, //         behind the last field
+    C0,   // 3 bytes R G B of the material's first colour
+    C1,   //         ... and so on, one for each vertex
+    C2,
+    C3,
+    mode, // 1 byte  copy of the header's mode
+    N0,   // 2 bytes normal index
+    N1,
+    N2,
+    N3,
+    V0, // 2 bytes vertex index
+    V1,
+    V2,
+    V3,
+    noV3, // 2 bytes a fourth vertex index that is 0 whatever the polygon holds
+    UV0,  // 2 bytes texel coordinates u, v within the texture page
+    UV1,
+    UV2,
+    UV3,
+    cba,   // 2 bytes CLUT position code
+    tsb,   // 2 bytes texture page code, with the translucency rate
+    width, // 2 bytes size of a sprite, in texels
+    height,
+    zero,   // 1 byte  0
+    zero2,  // 2 bytes 0
+    stale,  // 1 byte  left as the packet before had it
+    behind, //         what follows is put into the area behind the packet
+};
 
-// clang-format off
-constexpr std::array<PacketRow, packetVariants> packetRows = {{
+/// Bytes that `field` takes in the packet.
+constexpr std::size_t field_width(Field field) {
+    switch (field) {
+    case Field::none:
+    case Field::behind:
+        return 0;
+    case Field::C0:
+    case Field::C1:
+    case Field::C2:
+    case Field::C3:
+        return 3;
+    case Field::mode:
+    case Field::zero:
+    case Field::stale:
+        return 1;
+    default:
+        return 2;
+    }
+}
+
+/// How the detail dump shows the colours of a packet: not at all, side by side, as the two ends of a line,
+/// or as a list.
+enum class ColourDump : std::uint8_t { hide, row, ends, list };
+
+inline constexpr std::size_t maxFields = 20;
+
+/// The variants. In the names, dark means light off, plain one colour and grad a colour for every vertex.
+enum PacketVariant : std::size_t {
+    flatDark3,
+    flatDark4,
+    flatDarkOther, // a type that is neither triangle nor quadrangle
+    flatPlain3,
+    flatPlain4,
+    flatGrad3,
+    flatGrad4,
+    gouraudDark3, // the one colour stands at every vertex
+    gouraudDark4,
+    gouraudDarkGrad3,
+    gouraudDarkGrad4,
+    gouraudPlain3,
+    gouraudPlain4,
+    gouraudGrad3,
+    gouraudGrad4,
+    flatTex3,
+    flatTex4,
+    flatTexDark3,
+    flatTexDark4,
+    gouraudTex3,
+    gouraudTex4,
+    gouraudTexDark3,
+    gouraudTexDark4,
+    gouraudTexDarkGrad3,
+    gouraudTexDarkGrad4,
+    lineFlat,
+    lineGrad,
+    spriteFree,
+    sprite1x1,
+    sprite8x8,
+    sprite16x16,
+    packetVariants
+};
+
+struct PacketRow {
+    PacketVariant variant;
+    std::uint8_t size;                   // bytes, header included
+    std::uint8_t olen;                   // words of the drawing packet that the console's runtime builds
+    ColourDump colours;                  // in the detail dump
+    Counter* opaque;                     // raised for an opaque packet
+    Counter* translucent;                // raised for a translucent packet
+    std::array<Field, maxFields> fields; // from headerBytes on
+};
+
+/// The rows, in the order of the variants.
+inline constexpr std::array<PacketRow, packetVariants> packetRows = [] {
+    using enum Field;
+    using enum ColourDump;
+    // clang-format off
+return std::array<PacketRow, packetVariants>{{
 //   variant           size olen colours  counted as: opaque, translucent
 //   fields behind the header
     {flatDark3,           16, 4,  row,  &nFlat3NoLight,       &nFlatTrans3NoLight,
@@ -79,23 +189,42 @@ constexpr std::array<PacketRow, packetVariants> packetRows = {{
     {sprite16x16,         12, 4,  hide, &nSprite16,           &nTransSprite16,
      {V0, tsb, UV0, cba, behind, width, height}},
 }};
-// clang-format on
+    // clang-format on
+}();
 
-/// Whether a row stands at its variant's place, is whole words, adds up to its size and, with what it puts
-/// behind the packet, fits the area.
-static constexpr bool is_sound(const PacketRow& packetRow, std::size_t place) {
-    std::size_t packet = 0;
-    std::size_t bytes = headerBytes;
-    for (const Field field : packetRow.fields) {
-        packet = field == Field::behind ? bytes : packet;
-        bytes += field_width(field);
+/// A field and where it stands.
+struct PlacedField {
+    Field field;
+    std::size_t offset; // in the packet, from its first byte
+};
+
+/// The fields of a row, those behind the packet among them.
+constexpr std::array<PlacedField, maxFields> place_fields(const PacketRow& row) {
+    std::array<PlacedField, maxFields> placed{};
+    std::size_t offset = headerBytes;
+    for (std::size_t i = 0; i < maxFields; ++i) {
+        placed[i] = {.field = row.fields[i], .offset = offset};
+        offset += field_width(row.fields[i]);
     }
-    packet = packet == 0 ? bytes : packet;
-    return packetRow.variant == place && packet == packetRow.size && packetRow.size % 4 == 0 &&
-           bytes <= packetBytes;
+    return placed;
 }
 
-static constexpr bool are_sound(const std::array<PacketRow, packetVariants>& rows) {
+/// Whether a row stands at its variant's place, is whole words with no field across two of them, adds up
+/// to its size and, with what it puts behind the packet, fits the area.
+constexpr bool is_sound(const PacketRow& row, std::size_t place) {
+    std::size_t packet = 0;
+    std::size_t bytes = headerBytes;
+    bool aligned = true;
+    for (const PlacedField& placed : place_fields(row)) {
+        packet = placed.field == Field::behind ? placed.offset : packet;
+        aligned = aligned && placed.offset % 4 + field_width(placed.field) <= 4;
+        bytes += field_width(placed.field);
+    }
+    packet = packet == 0 ? bytes : packet;
+    return row.variant == place && packet == row.size && row.size % 4 == 0 && aligned && bytes <= packetBytes;
+}
+
+constexpr bool are_sound(const std::array<PacketRow, packetVariants>& rows) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (!is_sound(rows[i], i)) {
             return false;

@@ -84,13 +84,10 @@ std::uint32_t set_primitive(const RSD* object, PacketArea& area, FileRecord* fil
         const auto& mat = elementAt<MaterialRecord>(poly.mat_no + 1, material);
         const Classified result = classify(poly);
         const std::uint32_t translucent = (poly.attr & translucentBit) != 0 ? modeABE : 0;
-        put_byte(area, olenOffset, 0);
-        put_byte(area, ilenOffset, 0);
-        put_byte(area, flagOffset, static_cast<std::uint8_t>(result.flag));
-        put_byte(area, modeOffset, static_cast<std::uint8_t>(result.mode | translucent));
+        area[0] = result.flag << 8 * flagOffset | (result.mode | translucent) << 8 * modeOffset;
         const std::uint32_t size = result.build(poly, mat, area);
         total += size;
-        put4ByteArray(area.data(), static_cast<std::int32_t>(size / 4), file);
+        put4Words(area, size / 4, file);
         ++currentPolygon;
     }
     return total;
