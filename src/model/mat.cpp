@@ -8,6 +8,7 @@
 #include "model/syntax.hpp"
 #include "model/tables.hpp"
 #include "utilkit/errors.hpp"
+#include "utilkit/plainscan.hpp"
 
 #include <algorithm>
 #include <array>
@@ -103,10 +104,6 @@ void read_mat(const char* name, RSD* object) {
     fileClose(file);
 }
 
-static bool isOneOf(char letter, std::string_view letters) {
-    return letters.find(letter) != std::string_view::npos;
-}
-
 /// As "%s %x %c %c %c": whether all five fields are there.
 static bool scan_material_line(Line line, MaterialLine& fields) {
     fields.list = line.text;
@@ -128,61 +125,16 @@ static bool scan_material_line(Line line, MaterialLine& fields) {
     return scanLetter(ahead, check);
 }
 
-/// Scans the numbers of `kind` into `carried`; false when there are too few.
-static bool scan_params(Cursor numbers, const MaterialKind& kind, bool old, CarriedNumbers& carried) {
-    std::array<std::int32_t, maxParams> values{};
-    if (!scanDecimals(numbers, std::span(values).first(kind.written))) {
-        return false;
-    }
-    carried.count = kind.kept;
-    const Order& order = old ? kind.old : kind.current;
-    for (std::size_t i = 0; i < kind.written; ++i) {
-        carried.bytes[order[i]] = static_cast<std::uint8_t>(values[i]);
-    }
-    std::fill(carried.bytes.begin() + kind.written, carried.bytes.begin() + kind.kept, plainTextureGrey);
-    return true;
-}
-
-void get_material_desc(FileRecord* file, RSD* object) {
-    const bool old = object->version == oldVersion;
-    CarriedNumbers carried{};
-    for (std::int32_t i = 0; i < object->nmat; ++i) {
-        const Line line = getLine(file);
-        MaterialLine fields{};
-        if (!scan_material_line(line, fields)) {
-            raise_syntax(matLineSyntax, file, line);
-        }
-        auto& record = elementAt<MaterialRecord>(i + 1, material);
-        record.attr = static_cast<std::uint8_t>(fields.attr);
-        record.shading = fields.shading;
-        record.kind = fields.kind;
-
-        // The line is whole again when its numbers are scanned and when it is shown.
-        const char behind = *fields.listEnd;
-        *fields.listEnd = '\0';
-        get_material_item(fields.list, i);
-        *fields.listEnd = behind;
-
-        const auto* kind = std::find_if(materialKinds.begin(), materialKinds.end(),
-                                        [&](const MaterialKind& each) { return each.letter == fields.kind; });
-        if (kind != materialKinds.end() && !scan_params(fields.numbers, *kind, old, carried)) {
-            raise_syntax(kind->tooFew, file, line);
-        }
-        // Kept: a line of any other kind repeats the numbers of the line before.
-        set_params(record, std::span(carried.bytes).first(carried.count));
-    }
-}
-
 /// The attributes that a polygon takes from its material.
 static std::uint32_t polygon_attributes(const MaterialRecord& record) {
-    const bool textured = isOneOf(record.kind, "TDH");
-    const bool graded = isOneOf(record.kind, "GH");
+    const bool textured = record.kind == 'T' || record.kind == 'D' || record.kind == 'H';
+    const bool graded = record.kind == 'G' || record.kind == 'H';
     const bool lightOff = (record.attr & materialLightOff) != 0;
     bool gouraud = record.shading == 'G';
-    if (lightOff && isOneOf(record.kind, "CDT")) {
-        gouraud = false;
-    } else if (lightOff && graded) {
+    if (lightOff && graded) {
         gouraud = true;
+    } else if (lightOff && (textured || record.kind == 'C')) {
+        gouraud = false;
     }
     const std::uint32_t rate = (record.attr & materialRateMask) >> materialRateShift;
     return (textured ? texturedBit : 0) | (gouraud ? gouraudBit : 0) |
@@ -191,19 +143,27 @@ static std::uint32_t polygon_attributes(const MaterialRecord& record) {
            (graded ? gradationBit : 0);
 }
 
-void set_mat_no(std::int32_t poly_no, std::int32_t mat_no) {
+static void claim_polygon(std::int32_t poly_no, std::int32_t mat_no, std::uint32_t attributes) {
     auto& record = elementAt<PolygonRecord>(poly_no, polygon);
     record.mat_no = mat_no;
-    record.attr =
-        (record.attr & typeMask) | polygon_attributes(elementAt<MaterialRecord>(mat_no + 1, material));
+    record.attr = (record.attr & typeMask) | attributes;
+}
+
+void set_mat_no(std::int32_t poly_no, std::int32_t mat_no) {
+    claim_polygon(poly_no, mat_no, polygon_attributes(elementAt<MaterialRecord>(mat_no + 1, material)));
 }
 
 /// Assigns the material to polygons `first` to `last`. All numbers below the table fare alike, and so do
 /// all above it: one of each is tried.
 static void assign_range(std::int64_t first, std::int64_t last, std::int32_t mat_no) {
+    const std::uint32_t attributes = polygon_attributes(elementAt<MaterialRecord>(mat_no + 1, material));
+    if (first == last) {
+        claim_polygon(static_cast<std::int32_t>(first), mat_no, attributes);
+        return;
+    }
     const std::int64_t count = polygon == nullptr ? 0 : polygon->elementCount;
     for (std::int64_t k = first; k <= last; k = std::max(k + 1, std::int64_t{0})) {
-        set_mat_no(static_cast<std::int32_t>(k), mat_no);
+        claim_polygon(static_cast<std::int32_t>(k), mat_no, attributes);
         if (k > count) {
             return;
         }
@@ -240,6 +200,93 @@ void get_material_item(const char* list, std::int32_t mat_no) {
         if (*list == ',') {
             ++list;
         }
+    }
+}
+
+/// Puts the numbers of a line of `kind` where they belong.
+static void carry_params(const MaterialKind& kind, bool old, std::span<const std::int32_t> values,
+                         CarriedNumbers& carried) {
+    carried.count = kind.kept;
+    const Order& order = old ? kind.old : kind.current;
+    for (std::size_t i = 0; i < kind.written; ++i) {
+        carried.bytes[order[i]] = static_cast<std::uint8_t>(values[i]);
+    }
+    std::fill(carried.bytes.begin() + kind.written, carried.bytes.begin() + kind.kept, plainTextureGrey);
+}
+
+static const MaterialKind* find_kind(char letter) {
+    const auto* kind = std::find_if(materialKinds.begin(), materialKinds.end(),
+                                    [letter](const MaterialKind& each) { return each.letter == letter; });
+    return kind == materialKinds.end() ? nullptr : kind;
+}
+
+/// Takes a line of one polygon or one range, plain numbers and no more; false, with nothing changed, when
+/// the next line is no such line.
+static bool take_plain_material(FileRecord* file, std::int32_t mat_no, bool old, CarriedNumbers& carried) {
+    std::int32_t first = 0;
+    std::int32_t last = 0;
+    std::uint32_t attr = 0;
+    MaterialRecord taken{};
+    const char* text = takePlainRange(plainText(file), first, last);
+    text = text == nullptr ? nullptr : takePlainHexadecimal(text, attr);
+    text = text == nullptr ? nullptr : takePlainLetter(text, taken.shading);
+    text = text == nullptr ? nullptr : takePlainLetter(text, taken.kind);
+    const MaterialKind* kind = text == nullptr ? nullptr : find_kind(taken.kind);
+    if (kind == nullptr) {
+        return false;
+    }
+    std::array<std::int32_t, maxParams> values{};
+    for (std::size_t i = 0; i < kind->written && text != nullptr; ++i) {
+        text = takePlainDecimal(text, values[i]);
+    }
+    if (text == nullptr || !endPlainLine(file, text)) {
+        return false;
+    }
+    auto& record = elementAt<MaterialRecord>(mat_no + 1, material);
+    record.attr = static_cast<std::uint8_t>(attr);
+    record.shading = taken.shading;
+    record.kind = taken.kind;
+    assign_range(first, last, mat_no);
+    carry_params(*kind, old, values, carried);
+    return true;
+}
+
+static void read_material(FileRecord* file, std::int32_t mat_no, bool old, CarriedNumbers& carried) {
+    const Line line = getLine(file);
+    MaterialLine fields{};
+    if (!scan_material_line(line, fields)) {
+        raise_syntax(matLineSyntax, file, line);
+    }
+    auto& record = elementAt<MaterialRecord>(mat_no + 1, material);
+    record.attr = static_cast<std::uint8_t>(fields.attr);
+    record.shading = fields.shading;
+    record.kind = fields.kind;
+
+    // The line is whole again when its numbers are scanned and when it is shown.
+    const char behind = *fields.listEnd;
+    *fields.listEnd = '\0';
+    get_material_item(fields.list, mat_no);
+    *fields.listEnd = behind;
+
+    const MaterialKind* kind = find_kind(fields.kind);
+    if (kind == nullptr) {
+        return; // Kept: a line of any other kind repeats the numbers of the line before.
+    }
+    std::array<std::int32_t, maxParams> values{};
+    if (!scanDecimals(fields.numbers, std::span(values).first(kind->written))) {
+        raise_syntax(kind->tooFew, file, line);
+    }
+    carry_params(*kind, old, values, carried);
+}
+
+void get_material_desc(FileRecord* file, RSD* object) {
+    const bool old = object->version == oldVersion;
+    CarriedNumbers carried{};
+    for (std::int32_t i = 0; i < object->nmat; ++i) {
+        if (!take_plain_material(file, i, old, carried)) {
+            read_material(file, i, old, carried);
+        }
+        set_params(elementAt<MaterialRecord>(i + 1, material), std::span(carried.bytes).first(carried.count));
     }
 }
 

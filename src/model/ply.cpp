@@ -2,14 +2,18 @@
 
 #include "model/attributes.hpp"
 #include "model/listing.hpp"
+#include "model/recall.hpp"
 #include "model/search.hpp"
 #include "model/stamp.hpp"
 #include "model/syntax.hpp"
 #include "model/tables.hpp"
 #include "settings/settings.hpp"
+#include "utilkit/plainscan.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace vexbind {
 
@@ -44,16 +48,24 @@ void read_ply(const char* name, RSD* object, PlySections wanted) {
     FileRecord* file = fileMatchOpenOrFail(name, PLY_EXT, openFailed);
     get_id(file, "PLY");
     get_ply_length(file, object);
-    if (wanted == PlySections::normals) {
-        skip_lines(file, object->nvert);
-    } else {
+    switch (wanted) {
+    case PlySections::all:
         get_ply_vertex(file, object);
-    }
-    if (wanted != PlySections::vertices) {
         get_ply_normal(file, object);
-    }
-    if (wanted == PlySections::all) {
         get_ply_polygon(file, object);
+        remember_geometry(object);
+        break;
+    case PlySections::vertices:
+        if (!recall_vertices(object)) {
+            get_ply_vertex(file, object);
+        }
+        break;
+    case PlySections::normals:
+        if (!recall_normals(object)) {
+            skip_lines(file, object->nvert);
+            get_ply_normal(file, object);
+        }
+        break;
     }
     fileClose(file);
 }
@@ -86,18 +98,41 @@ static void widen(std::int32_t value, std::int32_t& largest, std::int32_t& small
     }
 }
 
+/// Takes a line of three plain numbers; false when the next line is no such line.
+static bool take_plain_reals(FileRecord* file, std::array<float, 3>& values) {
+    const char* text = plainText(file);
+    for (float& value : values) {
+        text = takePlainReal(text, value);
+        if (text == nullptr) {
+            return false;
+        }
+    }
+    return endPlainLine(file, text);
+}
+
+/// Reads a line of three numbers; SYN_ERR at `status`.
+static void read_reals(FileRecord* file, Status status, std::array<float, 3>& values) {
+    if (take_plain_reals(file, values)) {
+        return;
+    }
+    const Line line = getLine(file);
+    if (!scanReals(begin_of(line), values)) {
+        raise_syntax(status, file, line);
+    }
+}
+
 void get_ply_vertex(FileRecord* file, RSD* object) {
     if (scale == 0.0) {
         // Kept: the first object's exponent serves all later ones.
         scale = power_of_two(object->scaleFactor);
     }
+    forget_vertex_table();
+    ReadGeometry& read = object->read;
+    read.lowestX = read.lowestY = read.lowestZ = std::numeric_limits<std::int32_t>::max();
     std::array<float, 3> c{};
     for (std::int32_t i = 0; i < object->nvert; ++i) {
         auto& record = elementAt<Coordinates>(i, vertex);
-        const Line line = getLine(file);
-        if (!scanReals(begin_of(line), c)) {
-            raise_syntax(plyVertexSyntax, file, line);
-        }
+        read_reals(file, plyVertexSyntax, c);
         const std::int32_t x = place(c[0], object->offsetX);
         const std::int32_t y = place(c[1], object->offsetY);
         const std::int32_t z = place(c[2], object->offsetZ);
@@ -107,6 +142,9 @@ void get_ply_vertex(FileRecord* file, RSD* object) {
         widen(x, object->maxX, object->minX);
         widen(y, object->maxY, object->minY);
         widen(z, object->maxZ, object->minZ);
+        read.lowestX = std::min(read.lowestX, x);
+        read.lowestY = std::min(read.lowestY, y);
+        read.lowestZ = std::min(read.lowestZ, z);
     }
 }
 
@@ -117,14 +155,45 @@ static std::int16_t fixed_point(float component) {
 }
 
 void get_ply_normal(FileRecord* file, const RSD* object) {
+    forget_normal_table();
     std::array<float, 3> c{};
     for (std::int32_t i = 0; i < object->nnorm; ++i) {
         auto& record = elementAt<Coordinates>(i, normal);
-        const Line line = getLine(file);
-        if (!scanReals(begin_of(line), c)) {
-            raise_syntax(plyNormalSyntax, file, line);
-        }
+        read_reals(file, plyNormalSyntax, c);
         record = {.x = fixed_point(c[0]), .y = fixed_point(c[1]), .z = fixed_point(c[2])};
+    }
+}
+
+namespace {
+
+/// A polygon line as it is written.
+struct PolygonLine {
+    std::uint32_t type;
+    std::array<std::int32_t, 8> index; // of four vertices and four normals
+};
+
+} // namespace
+
+/// Takes a line of plain numbers; false when the next line is no such line.
+static bool take_plain_polygon(FileRecord* file, PolygonLine& fields) {
+    const char* text = takePlainHexadecimal(plainText(file), fields.type);
+    for (std::int32_t& index : fields.index) {
+        if (text == nullptr) {
+            return false;
+        }
+        text = takePlainDecimal(text, index);
+    }
+    return text != nullptr && endPlainLine(file, text);
+}
+
+static void read_polygon_line(FileRecord* file, PolygonLine& fields) {
+    if (take_plain_polygon(file, fields)) {
+        return;
+    }
+    const Line line = getLine(file);
+    Cursor cursor = begin_of(line);
+    if (!scanHexadecimal(cursor, fields.type) || !scanDecimals(cursor, fields.index)) {
+        raise_syntax(plyPolygonSyntax, file, line);
     }
 }
 
@@ -133,17 +202,13 @@ void get_ply_polygon(FileRecord* file, const RSD* object) {
     // Old files list the corners of a quadrangle in another winding.
     const std::size_t second = object->version == oldVersion ? 2 : 1;
     const std::size_t third = object->version == oldVersion ? 1 : 2;
-    std::uint32_t type = 0;
-    std::array<std::int32_t, 8> index{};
+    PolygonLine fields{};
+    const std::array<std::int32_t, 8>& index = fields.index;
     for (std::int32_t i = 0; i < object->npoly; ++i) {
         auto& record = elementAt<PolygonRecord>(i, polygon);
-        const Line line = getLine(file);
-        Cursor cursor = begin_of(line);
-        if (!scanHexadecimal(cursor, type) || !scanDecimals(cursor, index)) {
-            raise_syntax(plyPolygonSyntax, file, line);
-        }
+        read_polygon_line(file, fields);
         // Kept: the gradation bit stays as the table's last object left it.
-        record.attr = (type & typeBits) << typeShift | (record.attr & gradationBit);
+        record.attr = (fields.type & typeBits) << typeShift | (record.attr & gradationBit);
         record.vert = {index[0], index[second], index[third], index[3]};
         record.norm = {index[4], index[4 + second], index[4 + third], index[7]};
         record.mat_no = noMaterial;

@@ -3,6 +3,7 @@
 
 #include "model/mat.hpp"
 #include "model/ply.hpp"
+#include "model/recall.hpp"
 #include "model/rsdfile.hpp"
 #include "model/search.hpp"
 #include "model/tables.hpp"
@@ -134,6 +135,7 @@ void deleteRSD(RSD* object) {
     }
     trackedFree(object->tex);
     freeRSD(object);
+    release_geometry(object);
     trackedFree(object);
 }
 

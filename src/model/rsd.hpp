@@ -2,9 +2,22 @@
 // of the objects in the TMD.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace vexbind {
+
+/// What the full reading pass made of an object's vertices and normals, for model/recall.hpp.
+struct ReadGeometry {
+    bool complete;      // all of it has been read
+    std::int32_t nvert; // counts and scale of that reading
+    std::int32_t nnorm;
+    double scale;
+    std::int32_t lowestX; // the smallest coordinates; those of the bounding box may be larger
+    std::int32_t lowestY;
+    std::int32_t lowestZ;
+    std::byte* copy; // owned; the vertices and behind them the normals, as in the tables, or null
+};
 
 /// One input object. Texts are owned and tracked; the record lives from the listing to deleteRSD.
 struct RSD {
@@ -31,6 +44,7 @@ struct RSD {
     std::int32_t minY;
     std::int32_t minZ;
     std::uint32_t number; // position in ObjList
+    ReadGeometry read;
 };
 
 inline constexpr std::uint32_t countedRSD = 84; // bytes of the fields before `number`, in the accounting

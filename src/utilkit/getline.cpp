@@ -11,6 +11,7 @@
 namespace vexbind {
 
 static constexpr char commentMark = '#';
+static constexpr char endOfFileMark = 26; // some editors put it at the end of a text
 
 /// Consumes line ends and end-of-file marks before a line, counting the line feeds; false at the end
 /// of the file.
@@ -32,10 +33,7 @@ static bool skipLineEnds(FileRecord* file) {
 }
 
 /// The offset of the first line end in `text`, or its size.
-static std::size_t findLineEnd(std::string_view text, bool mayHaveReturns) {
-    if (!mayHaveReturns) {
-        return std::min(text.find('\n'), text.size());
-    }
+static std::size_t findLineEnd(std::string_view text) {
     // Looking for one kind of line end must not run far past the other.
     std::size_t window = 64;
     for (std::size_t start = 0; start < text.size(); start += window, window *= 2) {
@@ -57,7 +55,7 @@ static std::size_t findLine(FileRecord* file, bool& atEnd) {
     atEnd = false;
     for (;;) {
         const std::string_view pending = pendingText(block);
-        const std::size_t length = searched + findLineEnd(pending.substr(searched), block.hasOddBytes);
+        const std::size_t length = searched + findLineEnd(pending.substr(searched));
         if (length < pending.size()) {
             return length;
         }
@@ -82,9 +80,7 @@ Line getLine(FileRecord* file) {
             }
             ++block.next;
         }
-        if (block.hasOddBytes) {
-            length = static_cast<std::size_t>(std::remove(text, text + length, endOfFileMark) - text);
-        }
+        length = static_cast<std::size_t>(std::remove(text, text + length, endOfFileMark) - text);
         text[length] = '\0';
         // Kept: a last line without a line end is returned even when it is a comment.
         if (text[0] != commentMark || atEnd) {

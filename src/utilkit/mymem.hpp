@@ -40,9 +40,16 @@ inline void* myIndex(std::uint32_t index, const ChunkedArray* array) {
     return block + static_cast<std::size_t>(index % array->elementsPerBlock) * array->elementSize;
 }
 
-/// myIndex for a table of records; the index is a signed number as the files give it.
+/// myIndex for a table of records of that very size, whose elements in a block are known beforehand; the
+/// index is a signed number as the files give it.
 template <class Record> Record& elementAt(std::int32_t index, const ChunkedArray* array) {
-    return *static_cast<Record*>(myIndex(static_cast<std::uint32_t>(index), array));
+    static constexpr std::uint32_t perBlock = maxBlockBytes / sizeof(Record);
+    const auto number = static_cast<std::uint32_t>(index);
+    if (array == nullptr || number >= array->elementCount) {
+        return *static_cast<Record*>(outsideElement(number, array));
+    }
+    void* block = array->blocks[number / perBlock];
+    return static_cast<Record*>(block)[number % perBlock];
 }
 
 /// Releases blocks, block table and header; null is accepted.

@@ -127,12 +127,4 @@ bool scanDecimals(Cursor cursor, std::span<std::int32_t> values) {
     return true;
 }
 
-std::int32_t truncateToInt(double value) {
-    // Both bounds are exact; a value that is not a number fails the comparison.
-    if (value > -2147483649.0 && value < 2147483648.0) {
-        return static_cast<std::int32_t>(value);
-    }
-    return std::numeric_limits<std::int32_t>::min();
-}
-
 } // namespace vexbind

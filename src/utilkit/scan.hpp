@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <span>
 
 namespace vexbind {
@@ -43,6 +44,12 @@ bool scanDecimals(Cursor cursor, std::span<std::int32_t> values);
 
 /// `value` truncated toward zero; what does not fit, and what is not a number, gives the smallest
 /// 32-bit number.
-std::int32_t truncateToInt(double value);
+inline std::int32_t truncateToInt(double value) {
+    // Both bounds are exact; a value that is not a number fails the comparison.
+    if (value > -2147483649.0 && value < 2147483648.0) {
+        return static_cast<std::int32_t>(value);
+    }
+    return std::numeric_limits<std::int32_t>::min();
+}
 
 } // namespace vexbind

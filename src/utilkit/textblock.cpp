@@ -3,12 +3,15 @@
 #include "utilkit/status.hpp"
 #include "utilkit/tracked.hpp"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
 namespace vexbind {
 
-static constexpr std::size_t firstCapacity = std::size_t{256} * 1024;
+// Most files of a large project are small; a large one is read in blocks that the nearer caches hold.
+static constexpr std::size_t firstCapacity = std::size_t{4} * 1024;
+static constexpr std::size_t usualCapacity = std::size_t{128} * 1024;
 
 std::string_view pendingText(const TextBlock& block) {
     return {block.bytes + block.next, block.end - block.next};
@@ -21,11 +24,12 @@ static bool makeRoom(TextBlock& block) {
         block.end -= block.next;
         block.next = 0;
     }
-    if (block.end < block.capacity) {
+    if (block.capacity >= usualCapacity && block.end < block.capacity) {
         return true;
     }
     // The block stands for the stream's own buffer, so it is not counted.
-    const std::size_t capacity = block.capacity == 0 ? firstCapacity : 2 * block.capacity;
+    const std::size_t capacity =
+        block.capacity == 0 ? firstCapacity : std::max(usualCapacity, 2 * block.capacity);
     auto* bytes = static_cast<char*>(std::realloc(block.bytes, capacity + 1));
     if (bytes == nullptr) {
         raiseAllocError(strAllocFailed, "getLine", static_cast<std::uint32_t>(capacity + 1), 1);
@@ -41,10 +45,8 @@ bool fillTextBlock(TextBlock& block, std::FILE* stream) {
         return false;
     }
     const std::size_t count = std::fread(block.bytes + block.end, 1, block.capacity - block.end, stream);
-    const char* fresh = block.bytes + block.end;
-    block.hasOddBytes = block.hasOddBytes || std::memchr(fresh, '\r', count) != nullptr ||
-                        std::memchr(fresh, endOfFileMark, count) != nullptr;
     block.end += count;
+    block.bytes[block.end] = '\0';
     return count > 0;
 }
 

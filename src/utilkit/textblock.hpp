@@ -9,15 +9,11 @@ namespace vexbind {
 
 /// Bytes read ahead from one stream. A zeroed record is an empty block.
 struct TextBlock {
-    char* bytes;          // owned, `capacity` + 1 bytes: any text in it can be terminated
+    char* bytes;          // owned, `capacity` + 1 bytes: any text in it can be terminated; null at first
     std::size_t capacity; // 0 before the first fill
     std::size_t next;     // the first byte not handed out yet
-    std::size_t end;      // behind the last byte read
-    bool hasOddBytes;     // a carriage return or an end-of-file mark may be among them
+    std::size_t end;      // behind the last byte read; a null byte stands there
 };
-
-/// The character that some editors put at the end of a text.
-inline constexpr char endOfFileMark = 26;
 
 /// The bytes read ahead and not handed out yet.
 std::string_view pendingText(const TextBlock& block);
