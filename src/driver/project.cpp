@@ -10,7 +10,10 @@
 
 #include <array>
 #include <cstring>
+#include <string>
 #include <string_view>
+#include <unordered_map>
+#include <vector>
 
 namespace vexbind {
 
@@ -66,15 +69,49 @@ bool next_entry(FileRecord* file, ProjectEntry& entry) {
     return false;
 }
 
-/// Gives `id` to the first object of that name that has none.
-static bool assign_id(const char* name, std::int32_t id) {
+namespace {
+
+/// The objects of one name, in their order. Those before `next` have an ID.
+struct Namesakes {
+    std::vector<RSD*> objects;
+    std::size_t next = 0;
+};
+
+/// By names in lower case.
+using ObjectsByName = std::unordered_map<std::string, Namesakes>;
+
+} // namespace
+
+static std::string lower_case(const char* name) {
+    std::string lower = name;
+    makeLower(lower.data());
+    return lower;
+}
+
+static ObjectsByName list_names() {
+    ObjectsByName byName;
     for (std::uint32_t i = 0; i < ObjList.nObj; ++i) {
-        if (ObjList.rsd[i]->id < 0 && equalsIgnoringCase(ObjList.name[i], name)) {
-            ObjList.rsd[i]->id = static_cast<std::int16_t>(id);
-            return true;
-        }
+        byName[lower_case(ObjList.name[i])].objects.push_back(ObjList.rsd[i]);
     }
-    return false;
+    return byName;
+}
+
+/// Gives `id` to the first object of that name that has none.
+static bool assign_id(ObjectsByName& byName, const char* name, std::int32_t id) {
+    const auto found = byName.find(lower_case(name));
+    if (found == byName.end()) {
+        return false;
+    }
+    Namesakes& same = found->second;
+    // An ID that came out negative leaves its object without one.
+    while (same.next < same.objects.size() && same.objects[same.next]->id >= 0) {
+        ++same.next;
+    }
+    if (same.next == same.objects.size()) {
+        return false;
+    }
+    same.objects[same.next]->id = static_cast<std::int16_t>(id);
+    return true;
 }
 
 std::uint32_t read_prj(const char* name) {
@@ -83,10 +120,11 @@ std::uint32_t read_prj(const char* name) {
         return 0;
     }
     skip_head(file);
+    ObjectsByName byName = list_names();
     std::uint32_t matched = 0;
     for (ProjectEntry entry{}; next_entry(file, entry);) {
         const Text object = getName(entry.name);
-        matched += assign_id(object.get(), entry.id) ? 1 : 0;
+        matched += assign_id(byName, object.get(), entry.id) ? 1 : 0;
     }
     fileClose(file);
     return matched;

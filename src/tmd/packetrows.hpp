@@ -234,4 +234,13 @@ constexpr bool are_sound(const std::array<PacketRow, packetVariants>& rows) {
 }
 static_assert(are_sound(packetRows), "every row adds up to the packet that it describes");
 
+/// place_fields of every row.
+inline constexpr auto packetFields = [] {
+    std::array<std::array<PlacedField, maxFields>, packetVariants> all{};
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        all[i] = place_fields(packetRows[i]);
+    }
+    return all;
+}();
+
 } // namespace vexbind

@@ -71,9 +71,9 @@ template <Field field> static std::uint32_t field_value(const PacketSource& sour
 
 /// The bits of a word that the packet leaves as they were.
 // Kept: there the byte of an earlier packet shows.
-static constexpr std::uint32_t stale_bits(const PacketRow& row, std::size_t word) {
+static constexpr std::uint32_t stale_bits(PacketVariant variant, std::size_t word) {
     std::uint32_t stale = 0xFFFFFFFF;
-    for (const PlacedField& placed : place_fields(row)) {
+    for (const PlacedField& placed : packetFields[variant]) {
         if (placed.offset / 4 == word && placed.field != Field::stale && field_width(placed.field) != 0) {
             const std::uint32_t bits = (1U << 8 * field_width(placed.field)) - 1;
             stale &= ~(bits << 8 * (placed.offset % 4));
@@ -84,8 +84,8 @@ static constexpr std::uint32_t stale_bits(const PacketRow& row, std::size_t word
 
 template <PacketVariant variant, std::size_t word>
 static void fill_word(const PacketSource& source, PacketArea& area) {
-    static constexpr auto fields = place_fields(packetRows[variant]);
-    static constexpr std::uint32_t stale = stale_bits(packetRows[variant], word);
+    static constexpr const auto& fields = packetFields[variant];
+    static constexpr std::uint32_t stale = stale_bits(variant, word);
     if constexpr (stale != 0xFFFFFFFF) {
         std::uint32_t value = stale == 0 ? 0 : area[word] & stale;
         const auto add = [&]<std::size_t i>() {
@@ -127,7 +127,7 @@ std::uint32_t emit_packet(const PacketRow& row, const PacketSource& source, Pack
 }
 
 std::size_t field_offset(const PacketRow& row, Field field) {
-    for (const PlacedField& placed : place_fields(row)) {
+    for (const PlacedField& placed : packetFields[row.variant]) {
         if (placed.field == field) {
             return placed.offset;
         }
