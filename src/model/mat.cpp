@@ -125,22 +125,27 @@ static bool scan_material_line(Line line, MaterialLine& fields) {
     return scanLetter(ahead, check);
 }
 
+/// What the attribute byte of a material comes to in a polygon's attribute word, for all its five bits.
+static constexpr auto attributeBits = [] {
+    std::array<std::uint32_t, 32> bits{};
+    for (std::uint32_t attr = 0; attr < bits.size(); ++attr) {
+        const std::uint32_t rate = (attr & materialRateMask) >> materialRateShift;
+        bits[attr] = ((attr & materialTranslucent) != 0 ? translucentBit : 0) | rate << transRateShift |
+                     ((attr & materialTwoSided) != 0 ? twoSidedBit : 0) |
+                     ((attr & materialLightOff) != 0 ? lightOffBit : 0);
+    }
+    return bits;
+}();
+
 /// The attributes that a polygon takes from its material.
 static std::uint32_t polygon_attributes(const MaterialRecord& record) {
     const bool textured = record.kind == 'T' || record.kind == 'D' || record.kind == 'H';
     const bool graded = record.kind == 'G' || record.kind == 'H';
-    const bool lightOff = (record.attr & materialLightOff) != 0;
-    bool gouraud = record.shading == 'G';
-    if (lightOff && graded) {
-        gouraud = true;
-    } else if (lightOff && (textured || record.kind == 'C')) {
-        gouraud = false;
-    }
-    const std::uint32_t rate = (record.attr & materialRateMask) >> materialRateShift;
-    return (textured ? texturedBit : 0) | (gouraud ? gouraudBit : 0) |
-           ((record.attr & materialTranslucent) != 0 ? translucentBit : 0) | rate << transRateShift |
-           ((record.attr & materialTwoSided) != 0 ? twoSidedBit : 0) | (lightOff ? lightOffBit : 0) |
-           (graded ? gradationBit : 0);
+    // Without light the colours of a known kind decide, whatever the shading.
+    const bool decided = (record.attr & materialLightOff) != 0 && (textured || graded || record.kind == 'C');
+    const bool gouraud = decided ? graded : record.shading == 'G';
+    return attributeBits[record.attr % attributeBits.size()] | (textured ? texturedBit : 0) |
+           (gouraud ? gouraudBit : 0) | (graded ? gradationBit : 0);
 }
 
 static void claim_polygon(std::int32_t poly_no, std::int32_t mat_no, std::uint32_t attributes) {
@@ -156,11 +161,11 @@ void set_mat_no(std::int32_t poly_no, std::int32_t mat_no) {
 /// Assigns the material to polygons `first` to `last`. All numbers below the table fare alike, and so do
 /// all above it: one of each is tried.
 static void assign_range(std::int64_t first, std::int64_t last, std::int32_t mat_no) {
-    const std::uint32_t attributes = polygon_attributes(elementAt<MaterialRecord>(mat_no + 1, material));
     if (first == last) {
-        claim_polygon(static_cast<std::int32_t>(first), mat_no, attributes);
+        set_mat_no(static_cast<std::int32_t>(first), mat_no);
         return;
     }
+    const std::uint32_t attributes = polygon_attributes(elementAt<MaterialRecord>(mat_no + 1, material));
     const std::int64_t count = polygon == nullptr ? 0 : polygon->elementCount;
     for (std::int64_t k = first; k <= last; k = std::max(k + 1, std::int64_t{0})) {
         claim_polygon(static_cast<std::int32_t>(k), mat_no, attributes);
@@ -203,25 +208,26 @@ void get_material_item(const char* list, std::int32_t mat_no) {
     }
 }
 
-/// Puts the numbers of a line of `kind` where they belong.
-static void carry_params(const MaterialKind& kind, bool old, std::span<const std::int32_t> values,
-                         CarriedNumbers& carried) {
-    carried.count = kind.kept;
-    const Order& order = old ? kind.old : kind.current;
-    for (std::size_t i = 0; i < kind.written; ++i) {
-        carried.bytes[order[i]] = static_cast<std::uint8_t>(values[i]);
-    }
-    std::fill(carried.bytes.begin() + kind.written, carried.bytes.begin() + kind.kept, plainTextureGrey);
-}
-
 static const MaterialKind* find_kind(char letter) {
     const auto* kind = std::find_if(materialKinds.begin(), materialKinds.end(),
                                     [letter](const MaterialKind& each) { return each.letter == letter; });
     return kind == materialKinds.end() ? nullptr : kind;
 }
 
-/// Takes a line of one polygon or one range, plain numbers and no more; false, with nothing changed, when
-/// the next line is no such line.
+static const Order& order_of(const MaterialKind& kind, bool old) {
+    return old ? kind.old : kind.current;
+}
+
+/// Completes the list of a line of `kind` when its numbers are in their places.
+static void complete_list(const MaterialKind& kind, CarriedNumbers& carried) {
+    carried.count = kind.kept;
+    for (std::size_t i = kind.written; i < kind.kept; ++i) {
+        carried.bytes[i] = plainTextureGrey;
+    }
+}
+
+/// Takes a line of one polygon or one range, plain numbers and no more; false when the next line is no
+/// such line.
 static bool take_plain_material(FileRecord* file, std::int32_t mat_no, bool old, CarriedNumbers& carried) {
     std::int32_t first = 0;
     std::int32_t last = 0;
@@ -235,11 +241,16 @@ static bool take_plain_material(FileRecord* file, std::int32_t mat_no, bool old,
     if (kind == nullptr) {
         return false;
     }
-    std::array<std::int32_t, maxParams> values{};
-    for (std::size_t i = 0; i < kind->written && text != nullptr; ++i) {
-        text = takePlainDecimal(text, values[i]);
+    const Order& order = order_of(*kind, old);
+    for (std::size_t i = 0; i < kind->written; ++i) {
+        std::int32_t number = 0;
+        text = takePlainDecimal(text, number);
+        if (text == nullptr) {
+            return false;
+        }
+        carried.bytes[order[i]] = static_cast<std::uint8_t>(number);
     }
-    if (text == nullptr || !endPlainLine(file, text)) {
+    if (!endPlainLine(file, text)) {
         return false;
     }
     auto& record = elementAt<MaterialRecord>(mat_no + 1, material);
@@ -247,7 +258,7 @@ static bool take_plain_material(FileRecord* file, std::int32_t mat_no, bool old,
     record.shading = taken.shading;
     record.kind = taken.kind;
     assign_range(first, last, mat_no);
-    carry_params(*kind, old, values, carried);
+    complete_list(*kind, carried);
     return true;
 }
 
@@ -276,7 +287,11 @@ static void read_material(FileRecord* file, std::int32_t mat_no, bool old, Carri
     if (!scanDecimals(fields.numbers, std::span(values).first(kind->written))) {
         raise_syntax(kind->tooFew, file, line);
     }
-    carry_params(*kind, old, values, carried);
+    const Order& order = order_of(*kind, old);
+    for (std::size_t i = 0; i < kind->written; ++i) {
+        carried.bytes[order[i]] = static_cast<std::uint8_t>(values[i]);
+    }
+    complete_list(*kind, carried);
 }
 
 void get_material_desc(FileRecord* file, RSD* object) {

@@ -41,6 +41,16 @@ static std::uint8_t* poolAddress(std::uint32_t position) {
     return poolBlocks[position / poolBlock] + position % poolBlock;
 }
 
+static void copy_list(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
+    // Most lists are one colour: a copy of fixed size takes no call.
+    static constexpr std::size_t oneColour = 3;
+    if (count == oneColour) {
+        std::memcpy(to, from, oneColour);
+    } else {
+        std::memcpy(to, from, count);
+    }
+}
+
 void set_params(MaterialRecord& record, std::span<const std::uint8_t> bytes) {
     const auto count = static_cast<std::uint32_t>(bytes.size());
     record.param = 0;
@@ -57,7 +67,7 @@ void set_params(MaterialRecord& record, std::span<const std::uint8_t> bytes) {
         return;
     }
     countAllocation(count);
-    std::memcpy(poolAddress(start), bytes.data(), count);
+    copy_list(poolAddress(start), bytes.data(), count);
     record.param = start + 1;
     record.paramCount = static_cast<std::uint8_t>(count);
     poolEnd = start + count;
@@ -66,7 +76,7 @@ void set_params(MaterialRecord& record, std::span<const std::uint8_t> bytes) {
 ParamList get_params(const MaterialRecord& record) {
     ParamList list{};
     if (record.param != 0) {
-        std::memcpy(list.data(), poolAddress(record.param - 1), record.paramCount);
+        copy_list(list.data(), poolAddress(record.param - 1), record.paramCount);
     }
     return list;
 }

@@ -4,6 +4,7 @@
 #include "tmd/counters.hpp"
 #include "tmd/packetarea.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -233,6 +234,12 @@ constexpr bool are_sound(const std::array<PacketRow, packetVariants>& rows) {
     return true;
 }
 static_assert(are_sound(packetRows), "every row adds up to the packet that it describes");
+
+/// The size of the largest packet, in bytes.
+inline constexpr std::size_t largestPacket =
+    std::max_element(packetRows.begin(), packetRows.end(), [](const PacketRow& one, const PacketRow& other) {
+        return one.size < other.size;
+    })->size;
 
 /// place_fields of every row.
 inline constexpr auto packetFields = [] {

@@ -7,6 +7,7 @@
 #include "tmd/line.hpp"
 #include "tmd/modes.hpp"
 #include "tmd/notexture.hpp"
+#include "tmd/packetrows.hpp"
 #include "tmd/sprite.hpp"
 #include "tmd/texture.hpp"
 #include "utilkit/errors.hpp"
@@ -87,7 +88,7 @@ std::uint32_t set_primitive(const RSD* object, PacketArea& area, FileRecord* fil
         area[0] = result.flag << 8 * flagOffset | (result.mode | translucent) << 8 * modeOffset;
         const std::uint32_t size = result.build(poly, mat, area);
         total += size;
-        put4Words(area, size / 4, file);
+        put4Words<largestPacket / 4>(area, size / 4, file);
         ++currentPolygon;
     }
     return total;

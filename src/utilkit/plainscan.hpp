@@ -109,6 +109,10 @@ inline std::uint32_t hexadecimalValue(char character) {
 inline const char* takePlainHexadecimal(const char* text, std::uint32_t& value) {
     static constexpr std::ptrdiff_t most = 8;
     const char* first = skipPlainBlanks(text);
+    if (digitValue(*first) <= 9 && first[1] == ' ') [[likely]] {
+        value = digitValue(*first);
+        return first + 2;
+    }
     const char* digitsEnd = first;
     std::uint32_t digits = 0;
     for (std::uint32_t digit = hexadecimalValue(*first); digit <= 15; digit = hexadecimalValue(*digitsEnd)) {
@@ -199,8 +203,17 @@ inline const char* takePlainReal(const char* text, float& value) {
 }
 
 /// The pending text of `file`, which begins a line.
-inline const char* plainText(const FileRecord* file) {
-    return file->text.bytes == nullptr ? "" : file->text.bytes + file->text.next;
+inline const char* plainText(FileRecord* file) {
+    TextBlock& block = file->text;
+    if (block.bytes == nullptr) {
+        return "";
+    }
+    if (block.bytes[block.next] == '\n') [[unlikely]] {
+        // The rest of a line end of which getLine has taken the CR.
+        ++block.next;
+        file->line = wrapAdd(file->line, 1);
+    }
+    return block.bytes + block.next;
 }
 
 /// Consumes a line of which only the end is still to be taken, at `text`: LF, CR or CR LF. False, with

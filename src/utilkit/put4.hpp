@@ -33,10 +33,11 @@ extern PendingWords pendingWords;
 /// Hands the pending bytes to their stream and flushes it; false when either fails, the bytes being lost.
 bool writePendingWords();
 
-/// put4ByteArray for the first `count` words of a small array, at least one.
-template <std::size_t capacity>
+/// put4ByteArray for the first `count` words of a small array: at least one, at most `few`.
+template <std::size_t few, std::size_t capacity>
 void put4Words(const std::array<std::uint32_t, capacity>& words, std::uint32_t count, FileRecord* file) {
-    static constexpr std::size_t most = capacity * sizeof(std::uint32_t);
+    static_assert(few <= capacity);
+    static constexpr std::size_t most = few * sizeof(std::uint32_t);
     PendingWords& pending = pendingWords;
     if (std::endian::native != std::endian::little || pending.file != file ||
         pending.bytes.size() - pending.end < most) {

@@ -12,11 +12,6 @@ std::int32_t allocTotal = 0;
 std::int32_t allocCount = 0;
 std::int32_t freeCount = 0;
 
-void countAllocation(std::uint32_t bytes) {
-    allocTotal = wrapAdd(allocTotal, bytes);
-    allocCount = wrapAdd(allocCount, 1);
-}
-
 void raiseAllocError(std::int32_t status, const char* name, std::uint32_t factor, std::uint32_t otherFactor) {
     raiseError(status, ALC_ERR, name, static_cast<std::int32_t>(factor), static_cast<long>(otherFactor),
                static_cast<long>(allocCount), static_cast<long>(freeCount), static_cast<long>(allocTotal));

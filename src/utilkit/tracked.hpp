@@ -5,6 +5,8 @@
 // reference machine (4-byte pointers), whatever the blocks really take here.
 #pragma once
 
+#include "utilkit/wrap.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -18,7 +20,10 @@ extern std::int32_t freeCount;  // releases made so far
 inline constexpr std::uint32_t countedPointer = 4; // a pointer's size in the accounting
 
 /// Counts one allocation of `bytes` bytes.
-void countAllocation(std::uint32_t bytes);
+inline void countAllocation(std::uint32_t bytes) {
+    allocTotal = wrapAdd(allocTotal, bytes);
+    allocCount = wrapAdd(allocCount, 1);
+}
 
 /// Raises ALC_ERR with `name`, the two factors of the size and the counters as they stand.
 void raiseAllocError(std::int32_t status, const char* name, std::uint32_t factor, std::uint32_t otherFactor);

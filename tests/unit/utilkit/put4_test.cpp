@@ -189,11 +189,11 @@ TEST(PendingWords, GoOutBeforeThoseOfAnotherFile) {
     const std::array<std::uint32_t, 3> words = {1, 2, 3};
     FileRecord* first = fileOpen("first", "wb");
     FileRecord* second = fileOpen("second", "wb");
-    put4Words(words, 2, first);
+    put4Words<3>(words, 2, first);
     EXPECT_EQ(bytesOf("first"), "");
-    put4Words(words, 1, second);
+    put4Words<3>(words, 1, second);
     EXPECT_EQ(bytesOf("first"), fromHex("01 00 00 00 02 00 00 00"));
-    put4Words(words, 3, first);
+    put4Words<3>(words, 3, first);
     EXPECT_EQ(bytesOf("second"), fromHex("01 00 00 00"));
     EXPECT_EQ(first->position, 20);
     EXPECT_EQ(second->position, 4);
@@ -207,12 +207,12 @@ TEST(PendingWords, GoOutBeforeASeekAndBeforeASingleWord) {
     const TestDirectory here;
     const std::array<std::uint32_t, 3> words = {1, 2, 3};
     FileRecord* file = fileOpen("out", "wb");
-    put4Words(words, 3, file);
+    put4Words<3>(words, 3, file);
     put4Bytes(4, file);
     EXPECT_EQ(bytesOf("out"), fromHex("01 00 00 00 02 00 00 00 03 00 00 00 04 00 00 00"));
-    put4Words(words, 1, file);
+    put4Words<3>(words, 1, file);
     EXPECT_EQ(fileSeek(file, 4), 1);
-    put4Words(words, 1, file);
+    put4Words<3>(words, 1, file);
     fileClose(file);
     EXPECT_EQ(bytesOf("out"), fromHex("01 00 00 00 01 00 00 00 03 00 00 00 04 00 00 00 01 00 00 00"));
 }
@@ -222,7 +222,7 @@ TEST(PendingWords, GoOutAtTheExit) {
     EXPECT_EXIT(
         {
             const TwoWords words{};
-            put4Words(words, 2, fileOpen("out", "wb"));
+            put4Words<2>(words, 2, fileOpen("out", "wb"));
             Exit(3);
         },
         ExitedWithCode(3), Eq(""));
@@ -243,7 +243,7 @@ TEST(PendingWords, KeepTheirOrderAcrossBlocks) {
             bytes += {'\xAA', static_cast<char>(next), static_cast<char>(next >> 8),
                       static_cast<char>(next >> 16)};
         }
-        put4Words(words, count, file);
+        put4Words<25>(words, count, file);
     }
     EXPECT_EQ(file->position, static_cast<std::int32_t>(bytes.size()));
     fileClose(file);
