@@ -1,21 +1,23 @@
 // Writes a model of any size for the benchmarks: a bumpy ring with a vertex and a normal at every
 // crossing of its grid and two triangles in every cell.
 //
-//   make_model [-e] COUNT BASE
+//   make_model [-e] [-f FORM] COUNT BASE
 //
 // writes BASE.rsd, BASE.ply and BASE.mat: COUNT vertices, COUNT normals and twice as many triangles,
 // which take their materials from a few lines with ranges or, with -e, each from a line of its own. The
-// materials themselves are the same both ways.
+// materials themselves are the same both ways, and every FORM of the text denotes the same numbers: plain,
+// columns, crlf, exponent.
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <numbers>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -32,6 +34,45 @@ constexpr std::array<const char*, 4> materials = {
     "0 G C 60 120 220",
     "0 F G 255 0 0 0 255 0 0 0 255 128 128 128",
     "6 G G 250 250 210 160 160 140 90 90 80 40 40 30",
+};
+
+/// How lines are written: formats of printf, and what ends each line.
+struct Form {
+    std::string_view name;
+    const char* vector;   // x y z
+    const char* triangle; // three vertices, three normals
+    const char* range;    // first and last polygon, description
+    const char* each;     // polygon, description
+    const char* lineEnd;
+};
+
+constexpr Form plain = {.name = "plain",
+                        .vector = "%.6f %.6f %.6f",
+                        .triangle = "0 %d %d %d 0 %d %d %d 0",
+                        .range = "%d-%d %s",
+                        .each = "%d %s",
+                        .lineEnd = "\n"};
+
+constexpr Form aligned = {.name = "columns",
+                          .vector = "%14.6f %14.6f %14.6f",
+                          .triangle = "0 %9d %9d %9d         0 %9d %9d %9d         0",
+                          .range = "%9d-%-9d %s",
+                          .each = "%9d %s",
+                          .lineEnd = "\n"};
+
+constexpr Form plain_with(std::string_view name, const char* vector, const char* lineEnd) {
+    Form form = plain;
+    form.name = name;
+    form.vector = vector;
+    form.lineEnd = lineEnd;
+    return form;
+}
+
+constexpr std::array<Form, 4> forms = {
+    plain,
+    aligned,
+    plain_with("crlf", plain.vector, "\r\n"),
+    plain_with("exponent", "%.10e %.10e %.10e", plain.lineEnd),
 };
 
 [[noreturn]] void give_up(const char* what, const char* name) {
@@ -86,65 +127,88 @@ Vector surface_normal(double u, double v) {
     return {n[0] / length, n[1] / length, n[2] / length};
 }
 
+void put_line(std::FILE* file, const Form& form, const char* text) {
+    std::fputs(text, file);
+    std::fputs(form.lineEnd, file);
+}
+
+template <class First, class... Others>
+void put_line(std::FILE* file, const Form& form, const char* format, First first, Others... others) {
+    std::fprintf(file, format, first, others...);
+    std::fputs(form.lineEnd, file);
+}
+
+/// The nearest number of six decimals, which no form has to round.
+double six_decimals(double value) {
+    return std::round(value * 1e6) / 1e6;
+}
+
 /// Writes what `value` gives at every crossing, one line each.
-void write_vectors(std::FILE* file, const Grid& grid, Vector (*value)(double u, double v)) {
+void write_vectors(std::FILE* file, const Form& form, const Grid& grid, Vector (*value)(double u, double v)) {
     constexpr double turn = 2.0 * std::numbers::pi;
     for (std::int32_t row = 0; row < grid.rows; ++row) {
         for (std::int32_t column = 0; column < grid.columns; ++column) {
             const Vector at = value(turn * column / grid.columns, turn * row / grid.rows);
-            std::fprintf(file, "%.6f %.6f %.6f\n", at[0], at[1], at[2]);
+            put_line(file, form, form.vector, six_decimals(at[0]), six_decimals(at[1]), six_decimals(at[2]));
         }
     }
 }
 
-void write_triangle(std::FILE* file, std::int32_t a, std::int32_t b, std::int32_t c) {
-    std::fprintf(file, "0 %d %d %d 0 %d %d %d 0\n", a, b, c, a, b, c);
+void write_triangle(std::FILE* file, const Form& form, std::int32_t a, std::int32_t b, std::int32_t c) {
+    put_line(file, form, form.triangle, a, b, c, a, b, c);
 }
 
-void write_ply(const std::string& name, const Grid& grid) {
+void write_ply(const std::string& name, const Form& form, const Grid& grid) {
     std::FILE* file = create(name);
     const std::int32_t count = grid.rows * grid.columns;
-    std::fprintf(file, "@PLY940102\n# vertices normals polygons\n%d %d %d\n", count, count, 2 * count);
-    std::fprintf(file, "# vertices\n");
-    write_vectors(file, grid, surface);
-    std::fprintf(file, "# normals\n");
-    write_vectors(file, grid, surface_normal);
-    std::fprintf(file, "# polygons\n");
+    put_line(file, form, "@PLY940102");
+    put_line(file, form, "# vertices normals polygons");
+    put_line(file, form, "%d %d %d", count, count, 2 * count);
+    put_line(file, form, "# vertices");
+    write_vectors(file, form, grid, surface);
+    put_line(file, form, "# normals");
+    write_vectors(file, form, grid, surface_normal);
+    put_line(file, form, "# polygons");
     for (std::int32_t row = 0; row < grid.rows; ++row) {
         const std::int32_t here = row * grid.columns;
         const std::int32_t above = (row + 1) % grid.rows * grid.columns;
         for (std::int32_t column = 0; column < grid.columns; ++column) {
             const std::int32_t next = (column + 1) % grid.columns;
-            write_triangle(file, here + column, here + next, above + column);
-            write_triangle(file, here + next, above + next, above + column);
+            write_triangle(file, form, here + column, here + next, above + column);
+            write_triangle(file, form, here + next, above + next, above + column);
         }
     }
     finish(file, name);
 }
 
-void write_mat(const std::string& name, std::int32_t polygons, bool each) {
+void write_mat(const std::string& name, const Form& form, std::int32_t polygons, bool each) {
     constexpr auto shares = static_cast<std::int32_t>(materials.size());
     std::FILE* file = create(name);
-    std::fprintf(file, "@MAT940102\n# descriptions\n%d\n", each ? polygons : shares);
+    put_line(file, form, "@MAT940102");
+    put_line(file, form, "# descriptions");
+    put_line(file, form, "%d", each ? polygons : shares);
     for (std::int32_t share = 0; share < shares; ++share) {
         const auto first = static_cast<std::int32_t>(std::int64_t{polygons} * share / shares);
         const auto behind = static_cast<std::int32_t>(std::int64_t{polygons} * (share + 1) / shares);
         const char* description = materials[static_cast<std::size_t>(share)];
         if (!each) {
-            std::fprintf(file, "%d-%d %s\n", first, behind - 1, description);
+            put_line(file, form, form.range, first, behind - 1, description);
             continue;
         }
         for (std::int32_t i = first; i < behind; ++i) {
-            std::fprintf(file, "%d %s\n", i, description);
+            put_line(file, form, form.each, i, description);
         }
     }
     finish(file, name);
 }
 
-void write_rsd(const std::string& name, const std::string& base) {
+void write_rsd(const std::string& name, const Form& form, const std::string& base) {
     const std::string tail = base.substr(base.rfind('/') + 1);
     std::FILE* file = create(name);
-    std::fprintf(file, "@RSD940102\nPLY=%s.ply\nMAT=%s.mat\nNTEX=0\n", tail.c_str(), tail.c_str());
+    put_line(file, form, "@RSD940102");
+    put_line(file, form, "PLY=%s.ply", tail.c_str());
+    put_line(file, form, "MAT=%s.mat", tail.c_str());
+    put_line(file, form, "NTEX=0");
     finish(file, name);
 }
 
@@ -157,19 +221,44 @@ std::int32_t count_of(std::string_view text) {
     return good ? count : 0;
 }
 
+struct Order {
+    bool each = false;
+    const Form* form = forms.data();
+    std::int32_t count = 0;
+    std::string base;
+};
+
+/// What the words ask for; its count is 0 when they make no sense.
+Order order_of(std::vector<std::string_view> words) {
+    Order order;
+    auto word = words.begin();
+    if (word != words.end() && *word == "-e") {
+        order.each = true;
+        ++word;
+    }
+    if (words.end() - word > 2 && *word == "-f") {
+        order.form = std::find_if(forms.begin(), forms.end(),
+                                  [word](const Form& form) { return form.name == word[1]; });
+        word += 2;
+    }
+    if (words.end() - word == 2 && order.form != forms.end()) {
+        order.count = count_of(word[0]);
+        order.base = word[1];
+    }
+    return order;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    const bool each = argc > 1 && std::strcmp(argv[1], "-e") == 0;
-    const int first = each ? 2 : 1;
-    const std::int32_t count = argc == first + 2 ? count_of(argv[first]) : 0;
-    if (count == 0) {
-        std::fprintf(stderr, "usage: make_model [-e] COUNT BASE (COUNT from 9 to 100000000)\n");
+    const Order order = order_of({argv + 1, argv + argc});
+    if (order.count == 0) {
+        std::fprintf(stderr, "usage: make_model [-e] [-f plain|columns|crlf|exponent] COUNT BASE"
+                             " (COUNT from 9 to 100000000)\n");
         return 2;
     }
-    const std::string base = argv[first + 1];
-    write_rsd(base + ".rsd", base);
-    write_ply(base + ".ply", grid_of(count));
-    write_mat(base + ".mat", 2 * count, each);
+    write_rsd(order.base + ".rsd", *order.form, order.base);
+    write_ply(order.base + ".ply", *order.form, grid_of(order.count));
+    write_mat(order.base + ".mat", *order.form, 2 * order.count, order.each);
     return 0;
 }

@@ -12,3 +12,14 @@ fi
 build() {
     cmake --preset "$1" && cmake --build --preset "$1" -j "$jobs"
 }
+
+# build_program: the release build of the program alone.
+build_program() {
+    # The tests need more than the program does: they stay in the build folder only if they can be built.
+    tests=OFF
+    if sh scripts/setup -n test >/dev/null; then
+        tests=ON
+    fi
+    cmake --preset release -DVEXBIND_TESTS=$tests
+    cmake --build --preset release -j "$jobs" --target vexbind
+}
