@@ -20,7 +20,12 @@ using testing::ExitedWithCode;
 
 namespace {
 
-constexpr std::size_t blockSize = std::size_t{256} * 1024; // of the first read-ahead
+// Where the read-ahead ends while one line or word takes all of it: a small block grows to a large one, and
+// that doubles.
+constexpr std::array<std::size_t, 3> blockSizes = {4096, 131'072, 262'144};
+
+// ... and while everything has been handed out before more is read.
+constexpr std::array<std::size_t, 2> blockEnds = {4096, 4096 + 131'072};
 
 // A line and the record's line count once it is read.
 struct Counted {
@@ -106,10 +111,10 @@ std::vector<std::string> tellingTexts(int length) {
     return texts;
 }
 
-// Compares the lines when the first block ends behind `inFirstBlock` characters of `text`.
-void expectRulesAcrossBlocks(const std::string& text, std::size_t inFirstBlock) {
+// Compares the lines when a block ends behind `inFirstBlock` characters of `text`.
+void expectRulesAcrossBlocks(std::size_t blockSize, const std::string& text, std::size_t inFirstBlock) {
     SCOPED_TRACE(testing::Message() << testing::PrintToString(text) << ", " << inFirstBlock
-                                    << " before the end");
+                                    << " before the end of " << blockSize);
     const std::string beginning(blockSize - inFirstBlock, 'p');
     EXPECT_EQ(linesOfMemory(beginning + text), linesByCharacter(beginning, text));
     // The same behind a line of its own.
@@ -252,12 +257,14 @@ TEST(GetLine, FollowsTheRulesForEveryShortText) {
 
 TEST(GetLine, FollowsTheRulesAcrossTheEndOfABlock) {
     const FreshGlobals globals;
-    for (const std::string& text : tellingTexts(3)) {
-        expectRulesAcrossBlocks(text, 1);
-        expectRulesAcrossBlocks(text, 2);
+    for (const std::size_t blockSize : blockSizes) {
+        for (const std::string& text : tellingTexts(3)) {
+            expectRulesAcrossBlocks(blockSize, text, 1);
+            expectRulesAcrossBlocks(blockSize, text, 2);
+        }
     }
     for (const std::string& text : tellingTexts(4)) {
-        expectRulesAcrossBlocks(text, 2);
+        expectRulesAcrossBlocks(blockSizes[0], text, 2);
     }
 }
 
@@ -275,9 +282,11 @@ TEST(GetLine, FindsEveryKindOfLineEndAtAnyDistance) {
 }
 
 TEST(GetLine, HandlesLinesLongerThanABlock) {
-    for (const std::size_t length :
-         {blockSize - 1, blockSize, blockSize + 1, 2 * blockSize - 1, 2 * blockSize, 2 * blockSize + 1,
-          std::size_t{600'000}, std::size_t{1'100'000}}) {
+    std::vector<std::size_t> lengths = {600'000, 1'100'000};
+    for (const std::size_t blockSize : blockSizes) {
+        lengths.insert(lengths.end(), {blockSize - 1, blockSize, blockSize + 1});
+    }
+    for (const std::size_t length : lengths) {
         SCOPED_TRACE(length);
         const std::string first(length, 'x');
         EXPECT_EQ(linesOfFile(first), (Lines{{first, 0}, {"", 0}}));
@@ -407,14 +416,16 @@ TEST(GetPiece, ReadsAsTheLibrary) {
         texts.push_back(std::string(length, '\0') + "\n" + line);
     }
     // Across the end of a block that is read ahead.
-    for (std::size_t before = 0; before < 4; ++before) {
-        std::string text(blockSize - before, 'p');
-        for (std::size_t i = 99; i < text.size(); i += 100) {
-            text[i] = '\n';
+    for (const std::size_t blockEnd : blockEnds) {
+        for (std::size_t before = 0; before < 4; ++before) {
+            std::string text(blockEnd - before, 'p');
+            for (std::size_t i = 99; i < text.size(); i += 100) {
+                text[i] = '\n';
+            }
+            texts.push_back(text + "abc\ndef\n");
+            texts.push_back(text + "\n\n");
+            texts.push_back(text);
         }
-        texts.push_back(text + "abc\ndef\n");
-        texts.push_back(text + "\n\n");
-        texts.push_back(text);
     }
     for (const std::string& text : texts) {
         SCOPED_TRACE(testing::PrintToString(text.substr(0, 300)));
@@ -476,8 +487,14 @@ TEST(GetWord, SplitsTextsAtWhiteSpace) {
 }
 
 TEST(GetWord, HandlesWordsAcrossAndBeyondBlocks) {
-    for (const std::size_t length : {blockSize - 3, blockSize - 2, blockSize - 1, blockSize, blockSize + 1,
-                                     2 * blockSize, std::size_t{600'000}}) {
+    std::vector<std::size_t> lengths = {600'000};
+    for (const std::size_t end : blockSizes) {
+        lengths.insert(lengths.end(), {end - 3, end - 2, end - 1, end, end + 1});
+    }
+    for (const std::size_t end : blockEnds) {
+        lengths.insert(lengths.end(), {end - 3, end - 2, end - 1, end, end + 1});
+    }
+    for (const std::size_t length : lengths) {
         SCOPED_TRACE(length);
         const std::string longWord(length, 'x');
         const std::string blanks(length, ' ');
