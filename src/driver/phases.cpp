@@ -34,6 +34,7 @@ void write_placeholder_table(FileRecord* file) {
         set_objtbl(ObjList.rsd[i], entry_of(i));
     }
     putMyMem(TmdData.objtbl, file);
+    writePendingWords();
 }
 
 /// Reads all files of one object, from its directory.
@@ -69,6 +70,7 @@ void write_primitives(FileRecord* file) {
             print_heading(ObjList.name[i]);
         }
         const std::uint32_t bytes = set_primitive(object, TmdData.packet, file);
+        writePendingWords();
         ObjectEntry& entry = entry_of(i);
         entry.primitive_top = TmdData.objtblBytes + TmdData.primitiveBytes;
         entry.vert_top = TmdData.objtblBytes;
@@ -94,6 +96,7 @@ void write_vertices(FileRecord* file) {
         enter_directory(object);
         read_ply(object->ply, object, PlySections::vertices);
         const std::int32_t count = out_vertex(file, object);
+        writePendingWords();
         if (Verbose != 0) {
             std::fprintf(vout, "[%u] ", i);
             printRSD(vout, object);
@@ -113,6 +116,7 @@ void write_normals(FileRecord* file) {
         enter_directory(object);
         read_ply(object->ply, object, PlySections::normals);
         const std::int32_t count = out_normal(file, object);
+        writePendingWords();
         entry_of(i).normal_top += TmdData.vertexBytes + TmdData.normalBytes;
         TmdData.normalBytes += vectorBytes * static_cast<std::uint32_t>(count);
     }

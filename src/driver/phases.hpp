@@ -1,5 +1,6 @@
-// The passes over the listed objects that write the TMD's sections, in the order of the file. Each reads
-// the objects' files anew, from their own directories.
+// The passes over the listed objects that write the TMD's sections, in the order of the file. Each opens
+// the objects' files anew, from their own directories. What a pass has put of an object is written before
+// the next object is begun.
 #pragma once
 
 #include "utilkit/fopen.hpp"

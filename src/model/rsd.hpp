@@ -9,7 +9,7 @@ namespace vexbind {
 
 /// What the full reading pass made of an object's vertices and normals, for model/recall.hpp.
 struct ReadGeometry {
-    bool complete;      // all of it has been read
+    bool complete;      // all of it has been read, and fits the tables
     std::int32_t nvert; // counts and scale of that reading
     std::int32_t nnorm;
     double scale;

@@ -3,6 +3,7 @@
 
 #include "model/attributes.hpp"
 #include "model/tables.hpp"
+#include "settings/settings.hpp"
 #include "tmd/current.hpp"
 #include "tmd/line.hpp"
 #include "tmd/modes.hpp"
@@ -79,6 +80,7 @@ std::uint32_t set_primitive(const RSD* object, PacketArea& area, FileRecord* fil
     for (std::int32_t i = 0; i < object->npoly; ++i) {
         auto& poly = elementAt<PolygonRecord>(i, polygon);
         if (poly.mat_no < 0 && !warned) {
+            writePendingWords();
             warn(NO_MATERIAL_MSG);
             warned = true;
         }
@@ -89,6 +91,10 @@ std::uint32_t set_primitive(const RSD* object, PacketArea& area, FileRecord* fil
         const std::uint32_t size = result.build(poly, mat, area);
         total += size;
         put4Words<largestPacket / 4>(area, size / 4, file);
+        if (Dump >= dumpDetails) {
+            // A reader of the dump who stops it finds the packets that it has shown.
+            writePendingWords();
+        }
         ++currentPolygon;
     }
     return total;

@@ -28,8 +28,8 @@ inline const char* skipPlainBlanks(const char* text) {
     return text;
 }
 
-/// The place behind the white space that has to follow a number, or the line end in its stead; null when
-/// neither is there.
+/// The place behind the blank that follows a number, or at any other white space there, which may be the
+/// line end; null when there is none.
 inline const char* endPlainNumber(const char* text) {
     if (*text == ' ') [[likely]] {
         return text + 1;
@@ -131,7 +131,9 @@ inline const char* takePlainHexadecimal(const char* text, std::uint32_t& value) 
 inline const char* takePlainLetter(const char* text, char& letter) {
     text = skipPlainBlanks(text);
     const char* end = *text > ' ' ? endPlainNumber(text + 1) : nullptr;
-    letter = end == nullptr ? letter : *text;
+    if (end != nullptr) {
+        letter = *text;
+    }
     return end;
 }
 
