@@ -35,8 +35,9 @@ static double to_real(const char* word) {
     return std::strtod(word, nullptr);
 }
 
+/// A number that does not fit is read with 64 bits and cut, as those in the files are.
 static std::int32_t to_integer(const char* word) {
-    return static_cast<std::int32_t>(std::strtol(word, nullptr, 10));
+    return static_cast<std::int32_t>(std::strtoll(word, nullptr, 10));
 }
 
 static void set_text(char*& setting, const char* word) {

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cfloat>
 #include <cmath>
 #include <limits>
 
@@ -81,6 +82,8 @@ static double power_of_two(std::int32_t exponent) {
 static double half_toward(float value) {
     return value > 0 ? 0.5 : -0.5;
 }
+
+static_assert(FLT_EVAL_METHOD == 0, "digits beyond those of a double would round some coordinates otherwise");
 
 /// Scales, translates and rounds one coordinate.
 // Kept: the half takes the sign of the unscaled, untranslated coordinate.

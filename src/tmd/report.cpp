@@ -14,7 +14,7 @@ namespace vexbind {
 
 /// One section of the file: its name, padded, its count and its bytes.
 static void print_section(std::FILE* stream, const char* name, std::uint32_t count, std::uint32_t bytes) {
-    std::fprintf(stream, "   %s: %5u (%6ld bytes)\n", name, count, static_cast<long>(bytes));
+    std::fprintf(stream, "   %s: %5u (%6lld bytes)\n", name, count, static_cast<long long>(bytes));
 }
 
 void printTMD(std::FILE* stream, const TmdBuild& tmd) {
@@ -34,7 +34,7 @@ void printTMD(std::FILE* stream, const TmdBuild& tmd) {
     drawLine(stream, '-', 40);
     const std::uint32_t total =
         tmd.objtblBytes + tmd.primitiveBytes + tmd.vertexBytes + tmd.normalBytes + tmdHeaderBytes;
-    std::fprintf(stream, "\nTotal file size:        %6ld bytes\n", static_cast<long>(total));
+    std::fprintf(stream, "\nTotal file size:        %6lld bytes\n", static_cast<long long>(total));
 }
 
 namespace {

@@ -67,11 +67,13 @@ bool scanDecimal(Cursor& cursor, std::int32_t& value) {
         return false;
     }
     const char* first = *cursor.next == '+' ? digits : cursor.next;
-    // A number that does not fit is read as a long, held at that type's bounds, and cut.
-    long number = 0;
+    // A number that does not fit is read with 64 bits, held at their bounds, and cut, whatever a long has
+    // here: every machine reads the same.
+    std::int64_t number = 0;
     const std::from_chars_result result = std::from_chars(first, cursor.last, number);
     if (result.ec != std::errc()) {
-        number = *first == '-' ? std::numeric_limits<long>::min() : std::numeric_limits<long>::max();
+        number = *first == '-' ? std::numeric_limits<std::int64_t>::min()
+                               : std::numeric_limits<std::int64_t>::max();
     }
     value = static_cast<std::int32_t>(number);
     cursor.next = result.ptr;
@@ -84,7 +86,13 @@ bool scanHexadecimal(Cursor& cursor, std::uint32_t& value) {
     if (acceptWord(cursor, std::from_chars(cursor.next, cursor.last, converted, 16), converted, value)) {
         return true;
     }
-    return scanByLibrary(cursor, "%x%n", value);
+    // Read with 64 bits and cut, as decimals are.
+    unsigned long long number = 0;
+    if (!scanByLibrary(cursor, "%llx%n", number)) {
+        return false;
+    }
+    value = static_cast<std::uint32_t>(number);
+    return true;
 }
 
 bool scanLetter(Cursor& cursor, char& letter) {
