@@ -13,7 +13,7 @@ namespace vexbind {
 /// counted: without them the run would go on just the same.
 static constexpr std::size_t mostCopied = std::size_t{32} * 1024 * 1024;
 
-static std::size_t copied = 0;
+std::size_t copiedGeometry = 0;
 static const RSD* vertexHolder = nullptr; // the object in the table `vertex`; null: not known
 static const RSD* normalHolder = nullptr;
 
@@ -60,13 +60,13 @@ void remember_geometry(RSD* object) {
     vertexHolder = object;
     normalHolder = object;
     const std::size_t size = copy_bytes(object);
-    if (!object->read.complete || ObjList.nObj < 2 || size > mostCopied - copied) {
+    if (!object->read.complete || ObjList.nObj < 2 || size > mostCopied - copiedGeometry) {
         return;
     }
     // Without memory for it the object is simply read again.
     object->read.copy = static_cast<std::byte*>(std::malloc(size));
     if (object->read.copy != nullptr) {
-        copied += size;
+        copiedGeometry += size;
         copy_table(vertex, object->nvert, object->read.copy);
         copy_table(normal, object->nnorm, object->read.copy + table_bytes(object->nvert));
     }
@@ -115,7 +115,7 @@ bool recall_normals(const RSD* object) {
 
 void release_geometry(RSD* object) {
     if (object->read.copy != nullptr) {
-        copied -= copy_bytes(object);
+        copiedGeometry -= copy_bytes(object);
         std::free(object->read.copy);
         object->read.copy = nullptr;
     }

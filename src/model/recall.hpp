@@ -4,7 +4,11 @@
 
 #include "model/rsd.hpp"
 
+#include <cstddef>
+
 namespace vexbind {
+
+extern std::size_t copiedGeometry; // bytes of the copies that are kept
 
 /// Notes that the tables hold the vertices and normals of `object`, and, when other objects will follow
 /// it there, keeps a copy as long as not too much is kept.

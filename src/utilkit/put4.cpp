@@ -28,7 +28,9 @@ bool writePendingWords() {
     const std::size_t size = pendingWords.end;
     pendingWords.file = nullptr;
     pendingWords.end = 0;
-    return std::fwrite(pendingWords.bytes.data(), 1, size, file->stream) == size &&
+    // Nothing is written behind lost bytes, so that what is there begins the right output.
+    return std::ferror(file->stream) == 0 &&
+           std::fwrite(pendingWords.bytes.data(), 1, size, file->stream) == size &&
            std::fflush(file->stream) == 0;
 }
 
