@@ -58,7 +58,7 @@ class OddNames : public testing::Test {
         std::vector<NamedFile> files = plainWith("m.rsd", rsd);
         files.push_back(added);
         writeFiles(runs.directory(), files);
-        const Ending ending = runs.run({word});
+        const Ending ending = runs.runInTurn({word});
         const std::vector<NamedFile> outputs = takeNewFiles(runs.directory(), files);
         files.pop_back();
         static_cast<void>(takeNewFiles(runs.directory(), files));

@@ -1,6 +1,7 @@
 // The ID list, byte by byte.
 #include "driver/idtable.hpp"
 
+#include "unit/library_calls.hpp"
 #include "unit/model_tables.hpp"
 #include "unit/printed.hpp"
 #include "unit/support.hpp"
@@ -176,4 +177,15 @@ TEST(WriteIdtable, GivesBackWhatItTakes) {
     // "model.tmd" and "model.h" with their ends and, for the file, its record and names.
     EXPECT_EQ(allocCount, 5);
     EXPECT_EQ(freeCount, 5);
+}
+
+// As the date of a time that has no year: a field of zeros, of which the month counts from 1.
+TEST(WriteIdtable, HasNoDateWhenThereIsNoLocalTime) {
+    const TestDirectory directory;
+    const ListedObjects objects({{"n", 1}});
+    {
+        const NoLocalTime noTime;
+        write_idtable("a.tmd");
+    }
+    expectHeader("a.h", "a.tmd", "int a_list[] = {\n\t1,\t/* n */\n};\n", "00:00 01/00/00");
 }

@@ -1,6 +1,7 @@
 // PRJ files: their head, their entries, and the IDs that objects get from them.
 #include "driver/project.hpp"
 
+#include "unit/broken_stream.hpp"
 #include "unit/model_tables.hpp"
 #include "unit/support.hpp"
 
@@ -167,6 +168,12 @@ TEST(GetMpjId, EndsWithStatus3WithoutTheMagic) {
     }
 }
 
+TEST(GetMpjId, KeepsAnIgnoredFormatQuiet) {
+    const TestDirectory directory;
+    pushIgnore(FORM_ERR);
+    EXPECT_EQ(headOf("@RSD940401\n").messages, "");
+}
+
 TEST(GetMpjId, EndsWithStatus34WithoutALine) {
     const TestDirectory directory({{"p.prj", ""}, {"q.prj", "#x\n\n"}});
     EXPECT_EXIT(get_mpj_id(fileOpen("p.prj", "r")), ExitedWithCode(34),
@@ -187,6 +194,22 @@ TEST(NextEntry, IsANumberAndAName) {
     // Lines that are no entries.
     EXPECT_EQ(entriesOf("\n1\nname\n1 \n \n# 1 a\n-\n- 1 a\n+ 2 b\nx 1 a\n9 z\n"), (Entries{{9, "z"}}));
     EXPECT_EQ(entriesOf(""), Entries{});
+}
+
+// Lines read in pieces are not counted: the line is that of the head, of which there is none here.
+TEST(NextEntry, EndsWithStatus33WhenReadingFails) {
+    const TestDirectory directory({{"p.prj", ""}});
+    BrokenSource source{"1 a.rsd\n2 b.rsd\n"};
+    FileRecord* file = fileOpen("p.prj", "r");
+    std::fclose(file->stream);
+    file->stream = openBroken(source);
+    ProjectEntry entry{};
+    EXPECT_TRUE(next_entry(file, entry));
+    EXPECT_TRUE(next_entry(file, entry));
+    EXPECT_EQ(entry.id, 2);
+    EXPECT_EXIT(static_cast<void>(next_entry(file, entry)), ExitedWithCode(33),
+                Eq("\nFail to read: \"p.prj\" line=0\n"));
+    fileClose(file);
 }
 
 TEST(NextEntry, AgreesWithTheLibrary) {

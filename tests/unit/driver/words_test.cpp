@@ -1,6 +1,7 @@
 #include "driver/words.hpp"
 
 #include "unit/failing_alloc.hpp"
+#include "unit/library_calls.hpp"
 #include "unit/support.hpp"
 
 #include "utilkit/tracked.hpp"
@@ -211,4 +212,19 @@ TEST(CollectWords, CountsAProjectsFileInEachPass) {
     EXPECT_EQ(allocTotal, 12 + 4 + 6 + 6 + 2 * (20 + 6 + 255));
     EXPECT_EQ(allocCount, 1 + 3 + 2 * 3);
     EXPECT_EQ(freeCount, 1 + 3 + 2 * 3);
+}
+
+// The list has room for the words that were counted.
+TEST(CollectWords, LeavesOutWhatAFileGainsAfterItWasCounted) {
+    const TestDirectory directory({{"a.arg", "x y"}});
+    int openings = 0;
+    const BeforeOpening hook([&](const char*) {
+        ++openings;
+        if (openings == 2) {
+            writeFile("a.arg", "x y z");
+        }
+        return true;
+    });
+    EXPECT_EQ(collected({"a.arg"}), (Texts{"x", "y"}));
+    EXPECT_EQ(openings, 2);
 }

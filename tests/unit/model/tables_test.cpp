@@ -166,3 +166,11 @@ TEST(FreeTables, OfNothingReleasesTheMaterialTableOnly) {
     EXPECT_EQ(freeCount, 4);
     EXPECT_EQ(allocTotal, 3);
 }
+
+TEST(FreeTables, AcceptsThatThereAreNone) {
+    const FreshGlobals globals;
+    ASSERT_EQ(material, nullptr);
+    free_tables();
+    EXPECT_EQ(freeCount, 0);
+    EXPECT_EQ(allocTotal, 0);
+}

@@ -100,6 +100,15 @@ TEST(FileOpen, CountsRecordNameAndFullPath) {
     EXPECT_EQ(counters(), (Counters{281, 3, 3})); // the total is not lowered
 }
 
+TEST(FileOpen, IgnoredMissingMemoryGivesNull) {
+    const TestDirectory here({{"a.txt", ""}});
+    pushIgnore(ALC_ERR);
+    failAllocation(1);
+    EXPECT_EQ(fileOpen("a.txt", "r"), nullptr);
+    EXPECT_TRUE(hasFailedAllocation());
+    EXPECT_EQ(counters(), (Counters{20, 1, 0}));
+}
+
 TEST(FileOpen, FailureEndsWithStatus30AndTheNameAsGiven) {
     const TestDirectory here({{"file", ""}});
     for (const char* name : {"missing.ply", "no/such/dir", "file/below", "", "/nowhere/%s"}) {

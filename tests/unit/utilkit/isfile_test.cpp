@@ -1,9 +1,12 @@
 // What a path names.
 #include "utilkit/isfile.hpp"
 
+#include "unit/library_calls.hpp"
 #include "unit/support.hpp"
 #include "utilkit/chdir.hpp"
 
+#include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <string>
 
@@ -35,6 +38,22 @@ TEST(IsFile, ClosesTheStreamAgain) {
     EXPECT_EQ(openFiles(), before);
 }
 
+TEST(IsFile, MissingMemoryIsNoMissingFile) {
+    const TestDirectory here({{"file", ""}});
+    const auto isFileWithoutMemory = [] {
+        const BeforeOpening hook([](const char*) {
+            errno = ENOMEM;
+            return false;
+        });
+        return isFile("file");
+    };
+    const std::string size = std::to_string(sizeof(std::FILE));
+    EXPECT_EXIT(isFileWithoutMemory(), testing::ExitedWithCode(10),
+                testing::Eq("\nAlloc Error: \"file\" 1 x " + size + "(+0-0:sum=0)\n"));
+    pushIgnore(ALC_ERR);
+    EXPECT_FALSE(isFileWithoutMemory());
+}
+
 TEST(IsDir, IsWhatCanBeEntered) {
     const TestDirectory here({{"file", ""}, {"sub/deeper/", ""}});
     for (const std::string path : {"sub", "sub/", "sub/deeper", ".", "..", "/"}) {
@@ -64,4 +83,12 @@ TEST(IsDir, ComesBackToALongDirectory) {
     enter(name);
     EXPECT_TRUE(isDir("sub"));
     EXPECT_EQ(workingDirectory(), here.path() + "/" + name);
+}
+
+TEST(IsDir, EntersNothingFromWhereItCannotComeBack) {
+    const TestDirectory here({{"gone/", ""}});
+    enter("gone");
+    std::filesystem::remove(here.path() + "/gone");
+    EXPECT_FALSE(isDir("/"));
+    EXPECT_EQ(_cwd.data(), here.path()); // as at the start: nothing was entered
 }

@@ -74,6 +74,17 @@ TEST(Put4Bytes, FailedFlushEndsWithStatus36) {
                 Eq("\nFail to write: \"/dev/full\" at 0 bytes\n"));
 }
 
+TEST(Put4Bytes, FailedWriteEndsWithStatus36) {
+    const TestDirectory here;
+    EXPECT_EXIT(
+        {
+            FileRecord* file = fileOpen(fullDevice, "wb");
+            std::setvbuf(file->stream, nullptr, _IONBF, 0); // nothing is left for the flush
+            put4Bytes(1, file);
+        },
+        ExitedWithCode(36), Eq("\nFail to write: \"/dev/full\" at 0 bytes\n"));
+}
+
 TEST(Put4Bytes, FailureNamesThePositionReached) {
     const TestDirectory here;
     EXPECT_EXIT(

@@ -1,6 +1,7 @@
 // Reading text ahead.
 #include "utilkit/textblock.hpp"
 
+#include "unit/failing_alloc.hpp"
 #include "unit/support.hpp"
 
 #include <cstdio>
@@ -93,6 +94,22 @@ TEST(FillTextBlock, PutsANullByteBehindTheText) {
     block.next = block.end;
     EXPECT_FALSE(fillTextBlock(block, stream));
     EXPECT_STREQ(block.bytes + block.end, "");
+    freeTextBlock(block);
+    std::fclose(stream);
+}
+
+TEST(FillTextBlock, IgnoredMissingMemoryReadsNothing) {
+    const TestDirectory here({{"in", "text"}});
+    std::FILE* stream = std::fopen("in", "r");
+    ASSERT_NE(stream, nullptr);
+    pushIgnore(ALC_ERR);
+    TextBlock block{};
+    failAllocation(1);
+    EXPECT_FALSE(fillTextBlock(block, stream));
+    EXPECT_TRUE(hasFailedAllocation());
+    EXPECT_EQ(pendingText(block), "");
+    EXPECT_TRUE(fillTextBlock(block, stream));
+    EXPECT_EQ(pendingText(block), "text");
     freeTextBlock(block);
     std::fclose(stream);
 }
