@@ -1,4 +1,5 @@
 // Runs that may not have as much memory as they want.
+#include "faults/sanitized.hpp"
 #include "runner/run_case.hpp"
 
 #include <cstddef>
@@ -9,18 +10,6 @@
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool takesAllAddresses = true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-constexpr bool takesAllAddresses = true;
-#else
-constexpr bool takesAllAddresses = false;
-#endif
-#else
-constexpr bool takesAllAddresses = false;
-#endif
-
 constexpr std::size_t wordLength = 8'000'000; // of the one name, beside which all else is small
 constexpr int leastMegabytes = 16;            // too few for the name
 constexpr int mostMegabytes = 56;             // enough for all that is made of it
@@ -30,7 +19,7 @@ constexpr int mostMegabytes = 56;             // enough for all that is made of 
 // The name is kept, searched for and put together anew, each time with a block of its own. Whichever of them
 // cannot be had, the run says so; the strings of the C++ library are among them.
 TEST(Memory, EveryCopyOfALongNameMayBeTheOneTooMany) {
-    if (takesAllAddresses)
+    if (sanitized)
         GTEST_SKIP() << "the sanitizer takes more addresses than a limit would leave";
     const std::string directory = makeFreshDirectory();
     const std::string outputs = makeFreshDirectory();

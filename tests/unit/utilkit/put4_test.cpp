@@ -233,7 +233,8 @@ TEST(PendingWords, GoOutAtTheExit) {
     EXPECT_EXIT(
         {
             const TwoWords words{};
-            put4Words<2>(words, 2, fileOpen("out", "wb"));
+            static FileRecord* file = fileOpen("out", "wb");
+            put4Words<2>(words, 2, file);
             Exit(3);
         },
         ExitedWithCode(3), Eq(""));
@@ -266,7 +267,7 @@ TEST(PendingWords, LossEndsTheSeek) {
     EXPECT_EXIT(
         {
             const std::vector<std::uint32_t> words(100'000, 7);
-            FileRecord* file = fileOpen(fullDevice, "wb");
+            static FileRecord* file = fileOpen(fullDevice, "wb");
             put4ByteArray(words.data(), 100'000, file);
             writePendingWords();
             fileSeek(file, 12);
