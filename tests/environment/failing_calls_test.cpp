@@ -1,10 +1,10 @@
 // The system's own calls fail under the real program: each call of the run in turn, once and from there on.
 // strace makes them fail. The run ends as documented; it does not take for done what was not.
 #include "faults/judge.hpp"
-#include "faults/sanitized.hpp"
 #include "faults/scenes.hpp"
 #include "faults/unfinished.hpp"
 #include "runner/run_case.hpp"
+#include "support/sanitized.hpp"
 
 #include <algorithm>
 #include <cstdlib>
@@ -58,9 +58,8 @@ std::vector<std::string> linesOf(const std::string& text) {
 class FailingCalls : public testing::TestWithParam<FailingCall> {
   protected:
     void SetUp() override {
-#ifdef FAULTS_SANITIZED
-        GTEST_SKIP() << "a sanitizer and strace cannot watch a program at the same time";
-#endif
+        if (isSanitized())
+            GTEST_SKIP() << "a sanitizer and strace cannot watch a program at the same time";
         program = commandFromEnvironment(VEXBIND_PROGRAM);
         if (!program.prefix.empty())
             GTEST_SKIP() << "the calls of " << program.prefix.front() << " are not the program's";

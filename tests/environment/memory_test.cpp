@@ -1,6 +1,6 @@
 // Runs that may not have as much memory as they want.
-#include "faults/sanitized.hpp"
 #include "runner/run_case.hpp"
+#include "support/sanitized.hpp"
 
 #include <cstddef>
 #include <fstream>
@@ -19,7 +19,7 @@ constexpr int mostMegabytes = 56;             // enough for all that is made of 
 // The name is kept, searched for and put together anew, each time with a block of its own. Whichever of them
 // cannot be had, the run says so; the strings of the C++ library are among them.
 TEST(Memory, EveryCopyOfALongNameMayBeTheOneTooMany) {
-    if (sanitized)
+    if (isSanitized())
         GTEST_SKIP() << "the sanitizer takes more addresses than a limit would leave";
     const std::string directory = makeFreshDirectory();
     const std::string outputs = makeFreshDirectory();

@@ -28,7 +28,8 @@ class ShellRuns : public testing::Test {
     // Runs a shell script in which "vexbind" is the program; its exit status.
     int run(const std::string& script) {
         namespace fs = std::filesystem;
-        const std::string path = "PATH='" + fs::path(VEXBIND_PROGRAM).parent_path().string() + "':$PATH\n";
+        const fs::path program = commandFromEnvironment(VEXBIND_PROGRAM).program;
+        const std::string path = "PATH='" + program.parent_path().string() + "':$PATH\n";
         const Outcome outcome = runProgram({.prefix = {}, .program = "/bin/sh"}, {"-c", path + script},
                                            directory, outputs + "/out", outputs + "/err");
         EXPECT_EQ(outcome.error, "");

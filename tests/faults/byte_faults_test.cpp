@@ -2,8 +2,8 @@
 // the run ends as documented.
 #include "faults/forked_run.hpp"
 #include "faults/judge.hpp"
-#include "faults/sanitized.hpp"
 #include "faults/scenes.hpp"
+#include "support/sanitized.hpp"
 
 #include <algorithm>
 #include <array>
@@ -28,11 +28,9 @@ const std::vector<Words> optionSets = {{}, {"-v", "-info"}};
 
 // How many of the values each byte takes. All of them where a sanitizer watches; else, where no more than
 // the way that a run ends would be seen, a few, in turn.
-#ifdef FAULTS_SANITIZED
-constexpr std::size_t valuesPerByte = tellingValues.size();
-#else
-constexpr std::size_t valuesPerByte = 3;
-#endif
+std::size_t valuesPerByte() {
+    return isSanitized() ? tellingValues.size() : 3;
+}
 
 constexpr int mostFaults = 5; // after them a test makes no more runs
 
@@ -124,12 +122,12 @@ TEST_P(Damaged, CutAtEveryLength) {
 
 TEST_P(Damaged, EveryByteReplaced) {
     const std::string& sound = soundContent(GetParam());
+    const std::size_t values = valuesPerByte();
     const bool inPly = GetParam().format == "PLY";
     for (const Words& options : optionSets) {
         for (std::size_t offset = 0; offset < sound.size(); ++offset) {
-            for (std::size_t i = 0; i < valuesPerByte; ++i) {
-                const unsigned char value =
-                    tellingValues[(offset * valuesPerByte + i) % tellingValues.size()];
+            for (std::size_t i = 0; i < values; ++i) {
+                const unsigned char value = tellingValues[(offset * values + i) % tellingValues.size()];
                 // "9" and "A" make the type of a polygon a quadrangle's and a line's; only "e" and "-" (-1
                 // in hexadecimal) make it one above sprites.
                 const Allowed allowed{.noTmd = GetParam().namesInputs,
@@ -141,7 +139,7 @@ TEST_P(Damaged, EveryByteReplaced) {
             }
         }
     }
-    if (valuesPerByte == tellingValues.size())
+    if (values == tellingValues.size())
         expectSeen(GetParam().whenReplaced);
 }
 

@@ -1,8 +1,7 @@
 #include "properties/runs.hpp"
 
-#include "faults/sanitized.hpp"
-
 #include "properties/format.hpp"
+#include "support/sanitized.hpp"
 
 #include <algorithm>
 #include <array>
@@ -249,7 +248,7 @@ void forAllScenes(const Test& test) {
 }
 
 std::size_t forSomeScenes(const Test& test) {
-    constexpr std::size_t step = sanitized ? 32 : 16;
+    const std::size_t step = isSanitized() ? 32 : 16;
     std::uint32_t share = 0;
     for (const char letter : std::string(testing::UnitTest::GetInstance()->current_test_info()->name()))
         share = 31 * share + static_cast<unsigned char>(letter);

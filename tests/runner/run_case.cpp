@@ -328,7 +328,9 @@ std::vector<std::string> runIn(const std::string& place, const CaseFile& file, c
 
 Command commandFromEnvironment(const std::string& program) {
     Command command;
-    const char* named = std::getenv("VEXBIND");
+    const char* named = std::getenv("VEXBIND_SANITIZED");
+    if (named == nullptr)
+        named = std::getenv("VEXBIND");
     command.program = absolutePath(named == nullptr ? program : named);
     const char* prefix = std::getenv("VEXBIND_PREFIX");
     std::istringstream words(prefix == nullptr ? "" : prefix);

@@ -205,15 +205,15 @@ const Words wordings[] = {
 std::vector<std::string> wordsOf(const std::string& content) {
     const TestDirectory here({{"in", content}});
     FileRecord* file = fileOpen("in", "r");
-    std::vector<std::string> words;
+    std::vector<std::string> found;
     for (Line word = getWord(file); word.text != nullptr; word = getWord(file)) {
-        words.emplace_back(word.text, word.length);
+        found.emplace_back(word.text, word.length);
         EXPECT_EQ(word.text[word.length], '\0');
     }
     EXPECT_EQ(getWord(file).text, nullptr); // and so it stays
     EXPECT_EQ(file->line, 0);
     fileClose(file);
-    return words;
+    return found;
 }
 
 } // namespace
