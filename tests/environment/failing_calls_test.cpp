@@ -101,9 +101,7 @@ class FailingCalls : public testing::TestWithParam<FailingCall> {
         return runProgram(command, {"w.arg"}, directory, streams + "/out", streams + "/err");
     }
 
-    [[nodiscard]] std::string errors() const {
-        return readWholeFile(streams + "/err");
-    }
+    [[nodiscard]] std::string errors() const { return readWholeFile(streams + "/err"); }
 
     std::vector<NamedFile> takeOutputs() {
         std::vector<NamedFile> outputs = takeNewFiles(directory, files);
