@@ -1,5 +1,6 @@
-// Three sets of exit statuses agree: those of src/utilkit/status.hpp, those that README.md documents, and
-// those that the end-to-end cases see, but for the few that no case file can bring about.
+// Sets of exit statuses agree: those of src/utilkit/status.hpp, those that README.md and man/vexbind.1
+// document, and those that the end-to-end cases see, but for the few that no case file can bring about.
+#include "docs/mdoc.hpp"
 #include "runner/case_file.hpp"
 #include "runner/run_case.hpp"
 #include "utilkit/status.hpp"
@@ -176,6 +177,27 @@ Numbers documentedStatuses() {
     return numbers;
 }
 
+// Those of the manual. Every item says what the status means and what to do: two sentences at least, but
+// for the good end.
+Numbers statusesOfTheManual() {
+    Numbers numbers;
+    for (const Item& item : itemsOf(readWholeFile(VEXBIND_MAN "/vexbind.1"), "EXIT STATUS")) {
+        std::string cell;
+        for (const std::string& word : wordsOf(item.head))
+            cell += word == "," ? ", " : word;
+        const std::vector<int> ofCell = numbersOfCell(cell);
+        EXPECT_FALSE(ofCell.empty()) << "vexbind(1): \"" << cell << "\" names no statuses";
+        for (const int number : ofCell)
+            EXPECT_TRUE(numbers.insert(number).second) << "vexbind(1) documents " << number << " twice";
+        const auto sentences =
+            std::count_if(item.lines.begin(), item.lines.end(), [](const std::string& line) {
+                return line.ends_with(".") || line.ends_with(" .");
+            });
+        EXPECT_GE(sentences, 2) << "vexbind(1): " << cell;
+    }
+    return numbers;
+}
+
 // The statuses of all cases; every case counts, also one that stands in a folder of its own.
 Numbers statusesOfTheCases() {
     Numbers numbers;
@@ -211,6 +233,12 @@ TEST(ExitStatuses, AllAreDocumentedAndNoOthers) {
     const Numbers documented = documentedStatuses();
     EXPECT_EQ(difference(statusesOfTheCode(), documented), Numbers{}) << "README.md does not document these";
     EXPECT_EQ(difference(documented, statusesOfTheCode()), Numbers{}) << "README.md documents what is none";
+}
+
+TEST(ExitStatuses, TheManualHasThemAllAndNoOthers) {
+    const Numbers documented = statusesOfTheManual();
+    EXPECT_EQ(difference(statusesOfTheCode(), documented), Numbers{}) << "vexbind(1) lacks these";
+    EXPECT_EQ(difference(documented, statusesOfTheCode()), Numbers{}) << "vexbind(1) has what is none";
 }
 
 TEST(ExitStatuses, EachOccursInACaseOrCannot) {

@@ -1,0 +1,121 @@
+#include "docs/mdoc.hpp"
+
+#include <algorithm>
+#include <array>
+#include <sstream>
+#include <utility>
+
+static constexpr std::array<std::pair<std::string_view, std::string_view>, 9> escapes = {{
+    {"\\&", ""},
+    {"\\-", "-"},
+    {"\\e", "\\"},
+    {"\\(en", "-"},
+    {"\\(dq", "\""},
+    {"\\(aq", "'"},
+    {"\\(ga", "`"},
+    {"\\(ha", "^"},
+    {"\\(ti", "~"},
+}};
+
+std::string unescape(std::string_view text) {
+    std::string shown;
+    while (!text.empty()) {
+        std::size_t taken = 0;
+        for (const auto& [written, meant] : escapes) {
+            if (text.starts_with(written)) {
+                shown += meant;
+                taken = written.size();
+            }
+        }
+        if (taken == 0) {
+            shown += text.front();
+            taken = 1;
+        }
+        text.remove_prefix(taken);
+    }
+    return shown;
+}
+
+// What stands behind the macro at the beginning of `line`, if it is that one.
+static bool takeMacro(const std::string& line, std::string_view macro, std::string& rest) {
+    if (line != macro && !line.starts_with(std::string(macro) + " ")) {
+        return false;
+    }
+    rest = line.substr(std::min(line.size(), macro.size() + 1));
+    return true;
+}
+
+std::vector<Display> readDisplays(const std::string& page) {
+    std::vector<Display> displays;
+    std::istringstream lines(page);
+    std::string section;
+    std::string rest;
+    bool inside = false;
+    for (std::string line; std::getline(lines, line);) {
+        if (takeMacro(line, ".Sh", rest) || takeMacro(line, ".Ss", rest)) {
+            section = rest;
+        } else if (takeMacro(line, ".Bd", rest) && rest.starts_with("-literal")) {
+            displays.push_back({.section = section, .lines = {}});
+            inside = true;
+        } else if (takeMacro(line, ".Ed", rest)) {
+            inside = false;
+        } else if (inside) {
+            displays.back().lines.push_back(unescape(line));
+        }
+    }
+    return displays;
+}
+
+std::vector<Item> readItems(const std::string& page) {
+    std::vector<Item> items;
+    std::istringstream lines(page);
+    std::string section;
+    std::string rest;
+    bool inside = false;
+    for (std::string line; std::getline(lines, line);) {
+        if (takeMacro(line, ".Sh", rest) || takeMacro(line, ".Ss", rest)) {
+            section = rest;
+        } else if (takeMacro(line, ".It", rest)) {
+            items.push_back({.section = section, .head = unescape(rest), .lines = {}});
+            inside = true;
+        } else if (takeMacro(line, ".El", rest)) {
+            inside = false;
+        } else if (inside) {
+            items.back().lines.push_back(line);
+        }
+    }
+    return items;
+}
+
+std::vector<Item> itemsOf(const std::string& page, std::string_view section) {
+    std::vector<Item> items;
+    for (Item& item : readItems(page)) {
+        if (item.section == section) {
+            items.push_back(std::move(item));
+        }
+    }
+    return items;
+}
+
+std::vector<std::string> cellsOf(const Item& item) {
+    static constexpr std::string_view between = " Ta ";
+    std::vector<std::string> cells;
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t end = item.head.find(between, start);
+        cells.push_back(item.head.substr(start, end - start));
+        if (end == std::string::npos) {
+            return cells;
+        }
+        start = end + between.size();
+    }
+}
+
+std::vector<std::string> wordsOf(const std::string& text) {
+    std::vector<std::string> words;
+    std::istringstream stream(text);
+    for (std::string word; stream >> word;) {
+        words.push_back(word);
+    }
+    return words;
+}
