@@ -9,7 +9,6 @@
 #include "tmd/primitive.hpp"
 #include "tmd/report.hpp"
 #include "tmd/tmdux.hpp"
-#include "utilkit/chdir.hpp"
 #include "utilkit/drawline.hpp"
 #include "utilkit/errors.hpp"
 #include "utilkit/put4.hpp"
@@ -120,7 +119,7 @@ void write_normals(FileRecord* file) {
         entry_of(i).normal_top += TmdData.vertexBytes + TmdData.normalBytes;
         TmdData.normalBytes += vectorBytes * static_cast<std::uint32_t>(count);
     }
-    chDir(cwd.data());
+    return_to_start();
 }
 
 void finish_table(FileRecord* file) {

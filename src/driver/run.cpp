@@ -60,7 +60,7 @@ static std::uint32_t list_objects(const WordList& list, std::uint32_t first) {
 
 /// Converts the listed objects into the TMD.
 static void convert(std::uint32_t count) {
-    chDir(cwd.data());
+    return_to_start();
     FileRecord* file = newTMD(Tmdfile, count);
     create_tables();
     write_placeholder_table(file);

@@ -92,6 +92,12 @@ void enter_directory(const RSD* object) {
     chDir(object->dir[0] == '\0' ? "/" : object->dir);
 }
 
+void return_to_start() {
+    if (chDir(cwd.data()) != 0) {
+        raiseError(noWorkingDirectory, GETCWD_ERR, cwd.data());
+    }
+}
+
 RSD* get_rsd_info(const char* word) {
     const Text name = find_rsd(word);
     if (!name) {

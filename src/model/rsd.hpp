@@ -84,6 +84,10 @@ void deleteRSD(RSD* object);
 /// Makes the object's directory the working directory.
 void enter_directory(const RSD* object);
 
+/// Changes back to the start directory, to which the outputs belong. Where that is not possible GETCWD_ERR is
+/// raised at noWorkingDirectory.
+void return_to_start();
+
 /// Releases the arrays of ObjList.
 void freeObjList();
 

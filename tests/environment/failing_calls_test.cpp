@@ -43,7 +43,7 @@ const std::vector<FailingCall> failingCalls = {
     {"Seek", "lseek", "EINVAL", {0, 32}},
     {"Close", "close", "EIO", {0, 31}},
     {"WorkingDirectory", "getcwd", "ENOENT", {0, 51}},
-    {"ChangeOfDirectory", "chdir", "EACCES", {0, 30, 100}},
+    {"ChangeOfDirectory", "chdir", "EACCES", {0, 30, 51, 100}},
 };
 
 // Every line of a trace.

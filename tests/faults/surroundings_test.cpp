@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -72,6 +74,22 @@ TEST_F(Surrounded, ByALimitOfOpenFiles) {
         }
         EXPECT_TRUE(works);
     }
+}
+
+// The outputs belong to the start directory: they may not go to the model's for want of a way back.
+TEST_F(Surrounded, ByAStartDirectoryThatCannotBeEnteredAgain) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can start where the run may not go";
+    writeModel("m");
+    writeModel("s");
+    setMode("s", 0666);
+    const std::string here = fs::canonical(runs.directory()).string();
+    const Ending ending = runs.run({here + "/m/m.rsd"}, {.unprivileged = true, .startDirectory = "s"});
+    setMode("s", 0777);
+    EXPECT_EQ(describeEnding(ending), "exit status 51");
+    EXPECT_EQ(ending.errors, notice + "\nCannot getcwd: \"" + here + "/s\"\n");
+    EXPECT_FALSE(fs::exists(here + "/m/a.tmd"));
+    EXPECT_FALSE(fs::exists(here + "/s/a.tmd"));
 }
 
 // A directory of this length below the directory of the runs.
