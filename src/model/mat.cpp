@@ -154,18 +154,22 @@ static void claim_polygon(std::int32_t poly_no, std::int32_t mat_no, std::uint32
     record.attr = (record.attr & typeMask) | attributes;
 }
 
+static std::uint32_t attributes_of(std::int32_t mat_no) {
+    return polygon_attributes(elementAt<MaterialRecord>(mat_no + 1, material));
+}
+
 void set_mat_no(std::int32_t poly_no, std::int32_t mat_no) {
-    claim_polygon(poly_no, mat_no, polygon_attributes(elementAt<MaterialRecord>(mat_no + 1, material)));
+    claim_polygon(poly_no, mat_no, attributes_of(mat_no));
 }
 
 /// Assigns the material to polygons `first` to `last`. All numbers below the table fare alike, and so do
 /// all above it: one of each is tried.
-static void assign_range(std::int64_t first, std::int64_t last, std::int32_t mat_no) {
+static void assign_range(std::int64_t first, std::int64_t last, std::int32_t mat_no,
+                         std::uint32_t attributes) {
     if (first == last) {
-        set_mat_no(static_cast<std::int32_t>(first), mat_no);
+        claim_polygon(static_cast<std::int32_t>(first), mat_no, attributes);
         return;
     }
-    const std::uint32_t attributes = polygon_attributes(elementAt<MaterialRecord>(mat_no + 1, material));
     const std::int64_t count = polygon == nullptr ? 0 : polygon->elementCount;
     for (std::int64_t k = first; k <= last; k = std::max(k + 1, std::int64_t{0})) {
         claim_polygon(static_cast<std::int32_t>(k), mat_no, attributes);
@@ -200,7 +204,7 @@ void get_material_item(const char* list, std::int32_t mat_no) {
         if (!scan_range({.next = list, .last = end}, first, last)) {
             raiseError(badPolygonList, MATLIST_ERR, list);
         }
-        assign_range(first, last, mat_no);
+        assign_range(first, last, mat_no, attributes_of(mat_no));
         list += length;
         if (*list == ',') {
             ++list;
@@ -228,7 +232,8 @@ static void complete_list(const MaterialKind& kind, CarriedNumbers& carried) {
 
 /// Takes a line of one polygon or one range, plain numbers and no more; false when the next line is no
 /// such line.
-static bool take_plain_material(FileRecord* file, std::int32_t mat_no, bool old, CarriedNumbers& carried) {
+static bool take_plain_material(FileRecord* file, std::int32_t mat_no, MaterialRecord& record, bool old,
+                                CarriedNumbers& carried) {
     std::int32_t first = 0;
     std::int32_t last = 0;
     std::uint32_t attr = 0;
@@ -253,22 +258,21 @@ static bool take_plain_material(FileRecord* file, std::int32_t mat_no, bool old,
     if (!endPlainLine(file, text)) {
         return false;
     }
-    auto& record = elementAt<MaterialRecord>(mat_no + 1, material);
     record.attr = static_cast<std::uint8_t>(attr);
     record.shading = taken.shading;
     record.kind = taken.kind;
-    assign_range(first, last, mat_no);
+    assign_range(first, last, mat_no, polygon_attributes(record));
     complete_list(*kind, carried);
     return true;
 }
 
-static void read_material(FileRecord* file, std::int32_t mat_no, bool old, CarriedNumbers& carried) {
+static void read_material(FileRecord* file, std::int32_t mat_no, MaterialRecord& record, bool old,
+                          CarriedNumbers& carried) {
     const Line line = getLine(file);
     MaterialLine fields{};
     if (!scan_material_line(line, fields)) {
         raise_syntax(matLineSyntax, file, line);
     }
-    auto& record = elementAt<MaterialRecord>(mat_no + 1, material);
     record.attr = static_cast<std::uint8_t>(fields.attr);
     record.shading = fields.shading;
     record.kind = fields.kind;
@@ -298,10 +302,11 @@ void get_material_desc(FileRecord* file, RSD* object) {
     const bool old = object->version == oldVersion;
     CarriedNumbers carried{};
     for (std::int32_t i = 0; i < object->nmat; ++i) {
-        if (!take_plain_material(file, i, old, carried)) {
-            read_material(file, i, old, carried);
+        auto& record = elementAt<MaterialRecord>(i + 1, material);
+        if (!take_plain_material(file, i, record, old, carried)) {
+            read_material(file, i, record, old, carried);
         }
-        set_params(elementAt<MaterialRecord>(i + 1, material), std::span(carried.bytes).first(carried.count));
+        set_params(record, std::span(carried.bytes).first(carried.count));
     }
 }
 

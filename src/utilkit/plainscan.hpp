@@ -58,21 +58,20 @@ template <int most, class Number> const char* takeDigits(const char* text, Numbe
 /// As many digits as a 32-bit number holds, whatever they are.
 inline constexpr int mostDecimalDigits = 9;
 
-/// A decimal number with or without a minus sign, and white space behind it.
+/// A decimal number without a sign, and white space behind it.
 inline const char* takePlainDecimal(const char* text, std::int32_t& value) {
-    text = skipPlainBlanks(text);
-    const bool negative = *text == '-';
-    if (negative) [[unlikely]] {
-        ++text;
+    std::uint32_t digits = digitValue(*text);
+    if (digits > 9) [[unlikely]] {
+        text = skipPlainBlanks(text);
+        digits = digitValue(*text);
+        if (digits > 9) {
+            return nullptr;
+        }
     }
-    std::uint32_t digits = 0;
-    const char* digitsEnd = takeDigits<mostDecimalDigits>(text, digits);
-    const char* end = endPlainNumber(digitsEnd);
-    if (digitsEnd == text || end == nullptr) {
-        return nullptr;
+    const char* end = endPlainNumber(takeDigits<mostDecimalDigits - 1>(text + 1, digits));
+    if (end != nullptr) {
+        value = static_cast<std::int32_t>(digits);
     }
-    const auto magnitude = static_cast<std::int32_t>(digits);
-    value = negative ? -magnitude : magnitude;
     return end;
 }
 

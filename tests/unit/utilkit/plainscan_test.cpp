@@ -133,7 +133,6 @@ bool isPlainReal(std::string_view text) {
 // Whether `text` begins with a decimal number that has to be taken.
 bool isPlainDecimal(std::string_view text) {
     text = skipFront(text);
-    takeAny(text, "-");
     const std::size_t digits = countDigits(text);
     return digits >= 1 && digits <= 9 && blankFollows(text);
 }
