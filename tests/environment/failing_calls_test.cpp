@@ -143,8 +143,9 @@ class FailingCalls : public testing::TestWithParam<FailingCall> {
     }
 
     std::string findFaultInSuccess(const std::vector<NamedFile>& outputs) {
-        // An object that is not found is left out, and here it is the only one.
-        if (outputs.empty() && errors().ends_with("Cannot open: \"d/m.rsd\"\n"))
+        // An object that is not found is left out, and here it is the only one. Counts of coverage that
+        // cannot be written are told of behind that.
+        if (outputs.empty() && errors().find("\nCannot open: \"d/m.rsd\"\n") != std::string::npos)
             return {};
         const bool isSound = outputs == sound && readWholeFile(streams + "/out") == soundText;
         return isSound ? "" : "a success without the right outputs";
