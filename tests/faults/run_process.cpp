@@ -73,10 +73,13 @@ rlim_t addressSpace() {
 void leave(int status, void* /*unused*/) {
     std::fflush(nullptr);
 #ifdef VEXBIND_COVERAGE
-    // The counts would be written behind this. What goes wrong with them is not the run's.
+    // The counts would be written behind this. What goes wrong with them is not the run's, and they are not
+    // written where a limit of the run would cut them short.
+    const rlimit unlimited{.rlim_cur = RLIM_INFINITY, .rlim_max = RLIM_INFINITY};
     failingMemory = nullptr;
     dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
-    __gcov_dump();
+    if (setrlimit(RLIMIT_FSIZE, &unlimited) == 0)
+        __gcov_dump();
 #endif
     _exit(status);
 }
