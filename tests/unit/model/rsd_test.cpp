@@ -7,6 +7,8 @@
 #include "utilkit/stralloc.hpp"
 #include "utilkit/tracked.hpp"
 
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string>
 
@@ -99,4 +101,15 @@ TEST(GetRsdInfo, EndsTheRunWhereItCouldNotComeBack) {
     const std::string name = here.path() + "/m.rsd";
     EXPECT_EXIT(get_rsd_info(name.c_str()), ExitedWithCode(51), Eq("\nCannot getcwd: \"" + name + "\"\n"));
     freeObjList();
+}
+
+TEST(ReturnToStart, EndsTheRunWhereThereIsNoWayBack) {
+    const TestDirectory here;
+    const auto returnTo = [](const char* directory) {
+        std::strcpy(cwd.data(), directory);
+        return_to_start();
+        std::exit(0);
+    };
+    EXPECT_EXIT(returnTo("."), ExitedWithCode(0), Eq(""));
+    EXPECT_EXIT(returnTo("gone"), ExitedWithCode(51), Eq("\nCannot getcwd: \"gone\"\n"));
 }
