@@ -16,7 +16,7 @@ struct Size {
     unsigned olenQuadrangle;
 };
 
-constexpr std::array<Size, 13> sizes = {{
+constexpr std::array<Size, 13> packetSizes = {{
     {flat, 16, 20, 4, 5},
     {flatLightOff, 16, 16, 4, 5},
     {flatGradation, 24, 32, 6, 8},
@@ -231,7 +231,7 @@ class PacketMaker {
     }
 
     static void setSize(ExpectedPacket& packet) {
-        const Size& row = *std::find_if(sizes.begin(), sizes.end(),
+        const Size& row = *std::find_if(packetSizes.begin(), packetSizes.end(),
                                         [&](const Size& each) { return each.kind == packet.kind; });
         packet.size = packet.quadrangle ? row.quadrangle : row.triangle;
         packet.olen = packet.quadrangle ? row.olenQuadrangle : row.olenTriangle;

@@ -14,6 +14,9 @@
 #include <string>
 #include <string_view>
 
+// A file that can be opened and takes no byte.
+inline constexpr char fullDevice[] = "/dev/full";
+
 // A name that ends in "/" is a directory; the directories above a file are made with it.
 struct InputFile {
     std::string name;

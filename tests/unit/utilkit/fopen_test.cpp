@@ -20,8 +20,6 @@ using testing::ExitedWithCode;
 
 namespace {
 
-constexpr char fullDevice[] = "/dev/full";
-
 std::string contentOf(std::FILE* stream) {
     std::string content;
     for (int character = std::getc(stream); character != EOF; character = std::getc(stream)) {

@@ -24,8 +24,6 @@ namespace {
 
 using TwoWords = std::array<std::uint32_t, 2>;
 
-constexpr char fullDevice[] = "/dev/full";
-
 // Opens a new pipe "pipe" for writing; `reader` is its other end.
 FileRecord* openPipe(int& reader) {
     std::signal(SIGPIPE, SIG_IGN);
