@@ -3,6 +3,7 @@
 #include "settings/settings.hpp"
 #include "utilkit/errors.hpp"
 #include "utilkit/exit.hpp"
+#include "utilkit/platform.hpp"
 #include "utilkit/scan.hpp"
 #include "utilkit/status.hpp"
 #include "utilkit/stralloc.hpp"
@@ -101,7 +102,7 @@ void set_scale(double factor) {
     if (factor < 0.0) {
         raiseError(badScaleFactor, SCALE_ERR, factor);
     }
-    scaleFactor = truncateToInt(std::ceil(std::log10(factor) / std::log10(2.0)));
+    scaleFactor = truncateToInt(std::ceil(decimalLogarithm(factor) / decimalLogarithm(2.0)));
     scale = 0.0; // a relative factor replaces an absolute one
 }
 

@@ -14,21 +14,13 @@
 #include "utilkit/chdir.hpp"
 #include "utilkit/errors.hpp"
 #include "utilkit/exit.hpp"
+#include "utilkit/platform.hpp"
 #include "utilkit/status.hpp"
 #include "utilkit/stralloc.hpp"
 
 #include <cstdio>
 
 namespace vexbind {
-
-/// Takes the places of standard streams that the caller has closed: the output would land in one of them
-/// and be mixed with messages.
-static void hold_standard_streams() {
-    for (int i = 0; i < 3; ++i) {
-        // Stays open to the end of the run.
-        static_cast<void>(std::fopen("/dev/null", "r"));
-    }
-}
 
 /// False when the start directory has no name that could be returned to.
 static bool remember_start_directory() {
@@ -90,8 +82,8 @@ static void convert(std::uint32_t count) {
 }
 
 void run(int argumentCount, char** arguments) {
+    prepareStreams();
     std::fputs(startNotice, stderr);
-    hold_standard_streams();
     const bool canReturn = remember_start_directory();
     WordList list = collect_words(argumentCount, arguments);
     const std::uint32_t first = option(list);

@@ -15,11 +15,14 @@
 #include "utilkit/getfull0.hpp"
 #include "utilkit/isfile.hpp"
 #include "utilkit/mkfname.hpp"
+#include "utilkit/mkpname.hpp"
+#include "utilkit/platform.hpp"
 #include "utilkit/status.hpp"
 #include "utilkit/stralloc.hpp"
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
 
 namespace vexbind {
 
@@ -89,7 +92,12 @@ static void count_object(const RSD* object) {
 
 void enter_directory(const RSD* object) {
     // A file directly below the root has an empty directory, to which nothing could be changed.
-    chDir(object->dir[0] == '\0' ? "/" : object->dir);
+    if (isBareRoot(object->dir)) {
+        std::string root;
+        chDir(mkPathName0(object->dir, "", root));
+    } else {
+        chDir(object->dir);
+    }
 }
 
 void return_to_start() {

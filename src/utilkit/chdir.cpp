@@ -1,6 +1,7 @@
 #include "utilkit/chdir.hpp"
 
 #include "settings/settings.hpp"
+#include "utilkit/platform.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -24,7 +25,7 @@ std::uint8_t chDir(const char* path) {
 }
 
 bool getCwd0(std::span<char> buffer) {
-    return ::getcwd(buffer.data(), buffer.size()) != nullptr;
+    return queryDirectory(buffer, "");
 }
 
 } // namespace vexbind

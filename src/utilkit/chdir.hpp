@@ -1,4 +1,4 @@
-// The working directory. The system calls for it are made here and nowhere else.
+// The working directory. It is changed here and nowhere else.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,6 @@
 #include "utilkit/fname.hpp"
 
+#include "utilkit/platform.hpp"
 #include "utilkit/stralloc.hpp"
 
 #include <cstring>
@@ -7,8 +8,7 @@
 namespace vexbind {
 
 const char* getFileName0(const char* path) {
-    const char* slash = std::strrchr(path, '/');
-    return slash == nullptr ? path : slash + 1;
+    return findTail(path);
 }
 
 Text getFileName(const char* path) {
@@ -30,11 +30,12 @@ Text getName(const char* path) {
 }
 
 Text getDir(const char* path) {
-    const char* slash = std::strrchr(path, '/');
-    if (slash == nullptr) {
+    const char* tail = findTail(path);
+    if (tail == path) {
         return nullptr;
     }
-    const auto length = static_cast<std::size_t>(slash - path);
+    // A drive has no separator behind it.
+    const auto length = static_cast<std::size_t>(tail - path) - (isSeparator(tail[-1]) ? 1 : 0);
     Text directory = strAlloc(length + 1, path);
     std::memcpy(directory.get(), path, length);
     directory[length] = '\0';

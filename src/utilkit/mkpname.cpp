@@ -1,5 +1,6 @@
 #include "utilkit/mkpname.hpp"
 
+#include "utilkit/platform.hpp"
 #include "utilkit/stralloc.hpp"
 
 namespace vexbind {
@@ -8,7 +9,7 @@ const char* mkPathName0(const char* directory, const char* name, std::string& bu
     buffer.clear();
     if (directory != nullptr) {
         buffer = directory;
-        if (!buffer.ends_with('/')) {
+        if (buffer.empty() || !isSeparator(buffer.back())) {
             buffer += '/';
         }
     }

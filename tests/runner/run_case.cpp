@@ -287,11 +287,12 @@ void compareTree(const CaseFile& file, const Tree& tree, const std::string& dire
 
 // The run and its comparison, in `place`: the program's directory is d, its streams stand beside.
 std::vector<std::string> runIn(const std::string& place, const CaseFile& file, const Command& command) {
-    CaseNames names{.directory = place + "/d", .notice = {}, .date = {}};
+    const std::string directory = place + "/d";
+    CaseNames names{.directory = command.volume + directory, .notice = {}, .date = {}};
     Tree tree = inputTree(file, names);
     std::error_code failed;
-    fs::create_directory(names.directory, failed);
-    const std::string unwritten = writeInputs(tree, names.directory);
+    fs::create_directory(directory, failed);
+    const std::string unwritten = writeInputs(tree, directory);
     if (!unwritten.empty())
         return {file.path + ":0: " + unwritten};
 
@@ -300,7 +301,7 @@ std::vector<std::string> runIn(const std::string& place, const CaseFile& file, c
     const std::string start = file.startDirectory.empty() ? "" : "/" + file.startDirectory;
     const std::time_t from = std::time(nullptr);
     const Outcome outcome =
-        runProgram(command, words, names.directory + start, place + "/stdout", place + "/stderr");
+        runProgram(command, words, directory + start, place + "/stdout", place + "/stderr");
     const std::time_t to = std::time(nullptr);
 
     std::vector<std::string> differences;
@@ -320,7 +321,7 @@ std::vector<std::string> runIn(const std::string& place, const CaseFile& file, c
     compareStream(file, "stderr", file.standardError, names, errors, differences);
     compareStream(file, "stdout", file.standardOutput, names, readWholeFile(place + "/stdout"), differences);
     addOutputs(file, names, from, to, tree);
-    compareTree(file, tree, names.directory, differences);
+    compareTree(file, tree, directory, differences);
     return differences;
 }
 
@@ -332,6 +333,8 @@ Command commandFromEnvironment(const std::string& program) {
     if (named == nullptr)
         named = std::getenv("VEXBIND");
     command.program = absolutePath(named == nullptr ? program : named);
+    const char* volume = std::getenv("VEXBIND_VOLUME");
+    command.volume = volume == nullptr ? "" : volume;
     const char* prefix = std::getenv("VEXBIND_PREFIX");
     std::istringstream words(prefix == nullptr ? "" : prefix);
     for (std::string word; words >> word;)

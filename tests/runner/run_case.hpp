@@ -12,6 +12,7 @@
 struct Command {
     std::vector<std::string> prefix; // words before the program: valgrind, an emulator, ...
     std::string program;             // its path
+    std::string volume = {};         // what it puts before the name of a directory: a drive, under Wine
     std::chrono::milliseconds limit = std::chrono::seconds(60);
 };
 
@@ -24,7 +25,8 @@ struct Outcome {
 };
 
 // The command named by the environment (VEXBIND the program, VEXBIND_PREFIX the words before it,
-// split at blanks); `program` where VEXBIND is not set. Relative paths count from here.
+// split at blanks, VEXBIND_VOLUME the volume); `program` where VEXBIND is not set. Relative paths count
+// from here.
 [[nodiscard]] Command commandFromEnvironment(const std::string& program);
 
 // Runs the command with `words` in `directory`, standard input empty, the two outputs written to
