@@ -14,6 +14,7 @@
 #include "utilkit/put4.hpp"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 
 namespace vexbind {

@@ -14,7 +14,6 @@
 #include <array>
 #include <cstring>
 #include <span>
-#include <string_view>
 
 namespace vexbind {
 
@@ -166,10 +165,6 @@ void set_mat_no(std::int32_t poly_no, std::int32_t mat_no) {
 /// all above it: one of each is tried.
 static void assign_range(std::int64_t first, std::int64_t last, std::int32_t mat_no,
                          std::uint32_t attributes) {
-    if (first == last) {
-        claim_polygon(static_cast<std::int32_t>(first), mat_no, attributes);
-        return;
-    }
     const std::int64_t count = polygon == nullptr ? 0 : polygon->elementCount;
     for (std::int64_t k = first; k <= last; k = std::max(k + 1, std::int64_t{0})) {
         claim_polygon(static_cast<std::int32_t>(k), mat_no, attributes);
@@ -187,7 +182,7 @@ static bool scan_range(Cursor cursor, std::int32_t& first, std::int32_t& last) {
     last = first;
     if (*cursor.next == '-') {
         ++cursor.next;
-        scanDecimal(cursor, last);
+        static_cast<void>(scanDecimal(cursor, last)); // "4-" is 4 to 4
     }
     return true;
 }
@@ -242,7 +237,7 @@ static bool take_plain_material(FileRecord* file, std::int32_t mat_no, MaterialR
     text = text == nullptr ? nullptr : takePlainHexadecimal(text, attr);
     text = text == nullptr ? nullptr : takePlainLetter(text, taken.shading);
     text = text == nullptr ? nullptr : takePlainLetter(text, taken.kind);
-    const MaterialKind* kind = text == nullptr ? nullptr : find_kind(taken.kind);
+    const MaterialKind* kind = find_kind(taken.kind); // none where there is no letter
     if (kind == nullptr) {
         return false;
     }

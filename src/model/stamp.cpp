@@ -4,6 +4,7 @@
 #include "utilkit/getline.hpp"
 #include "utilkit/status.hpp"
 
+#include <cstdio>
 #include <cstring>
 
 namespace vexbind {

@@ -1,4 +1,5 @@
-// Taking path names apart. The tail of a path is the part after its last "/", or all of it.
+// Taking path names apart. The tail of a path is the part after its last "/", or all of it; platform.hpp has
+// what separates on other systems.
 #pragma once
 
 #include "utilkit/tracked.hpp"

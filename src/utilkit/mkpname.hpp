@@ -8,7 +8,7 @@
 namespace vexbind {
 
 /// Fills `buffer` with `directory` + "/" + `name`, with one "/" between them, and returns its text. A
-/// null directory gives the name alone; it must not be an empty text.
+/// null directory gives the name alone, an empty one a name below the root.
 const char* mkPathName0(const char* directory, const char* name, std::string& buffer);
 
 /// The same as a new text.

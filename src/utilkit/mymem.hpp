@@ -23,7 +23,8 @@ struct ChunkedArray {
 
 /// A new array of `count` zeroed elements of `size` bytes (1 to maxBlockBytes). `name` serves error
 /// messages. Failures are raised as ALC_ERR at arrayHeaderAllocFailed, allocFailed (block table),
-/// fullBlockAllocFailed and lastBlockAllocFailed; null when one is ignored.
+/// fullBlockAllocFailed and lastBlockAllocFailed. When one is ignored the result is null, or, for the block
+/// table, an array without elements.
 ChunkedArray* myCalloc(std::uint32_t count, std::uint32_t size, const char* name);
 
 /// The slow road of myIndex, for an index outside the table.

@@ -210,7 +210,7 @@ inline const char* plainText(FileRecord* file) {
         return "";
     }
     if (block.bytes[block.next] == '\n') [[unlikely]] {
-        // The rest of a line end of which getLine has taken the CR.
+        // An empty line, or the rest of a line end of which getLine has taken the CR.
         ++block.next;
         file->line = wrapAdd(file->line, 1);
     }

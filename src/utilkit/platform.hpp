@@ -1,5 +1,6 @@
 // What one operating system does otherwise than another: how names of files are spelt, and the few calls that
-// differ. Nothing else asks on which system it runs.
+// differ. Nothing else asks the preprocessor
+// on which system it runs.
 //
 // The rules for names are given both ways on every system; `hostPaths` are those that hold. With the POSIX
 // ones the compiler has nothing left to ask.
@@ -88,7 +89,7 @@ inline void completePath(std::string& directory, const char* path, PathRules rul
     directory += path + drive;
 }
 
-/// Whether `directory`, as getDir gives it, is a root without its separator.
+/// Whether `directory`, as getDir gives it of a full path, is a root without its separator.
 inline bool isBareRoot(const char* directory, PathRules rules = hostPaths) {
     return directory[volumeLength(directory, rules)] == '\0';
 }

@@ -1,7 +1,8 @@
 // Numbers in text, read as the C library's sscanf reads them in the "C" locale.
 //
-// Plain spellings take a short road (std::from_chars); any other is left to sscanf itself, so that
-// the results agree for every spelling. The text must be terminated at `last`.
+// Plain spellings of real numbers take a short road (std::from_chars); any other is left to sscanf itself,
+// so that the results agree for every spelling. A value that does not convert is left alone. The text must
+// be terminated at `last`.
 #pragma once
 
 #include <cstdint>
