@@ -1,8 +1,9 @@
 // Converts real models, each alone, all in one file and a whole project, in every target layout. The TMD
 // reader judges the result; the mode, the flag and the texture codes of every packet are worked out here
 // from the model's own files.
-// The models are no part of this project: they stand in the folder named by the environment
-// (VEXBIND_MODELS) or by the build, and without it these tests are skipped.
+// The models are no part of this project: VEXBIND_MODELS in the environment names their folder, and without
+// it these tests are skipped. A folder NAME in it is a model when it holds NAME.rsd, and a project when
+// NAME.prj; the objects of a project stand in its folder rsd.
 #include "runner/run_case.hpp"
 #include "support/tmd_reader.hpp"
 
@@ -26,9 +27,6 @@ namespace fs = std::filesystem;
 namespace {
 
 using Words = std::vector<std::string>;
-
-const Words models = {"spot", "spotquad", "spotold", "spothi", "blub", "boat"};
-const std::string project = "dungeon";
 
 // The options under which the same TMD has to come out.
 const std::vector<Words> variants = {{}, {"-v"}, {"-info"}, {"-v", "-info"}};
@@ -89,7 +87,20 @@ struct Model {
 std::string modelsFolder() {
     const char* named = std::getenv("VEXBIND_MODELS");
     std::error_code none; // an empty name is no folder
-    return fs::absolute(named == nullptr ? VEXBIND_MODELS_DIR : named, none).lexically_normal().string();
+    return fs::absolute(named == nullptr ? "" : named, none).lexically_normal().string();
+}
+
+// The folders of models that hold a file of their own name with this extension, in order.
+Words foldersWith(const std::string& extension) {
+    Words names;
+    std::error_code none;
+    for (const fs::directory_entry& entry : fs::directory_iterator(modelsFolder(), none)) {
+        const std::string name = entry.path().filename().string();
+        if (fs::exists(entry.path() / (name + extension)))
+            names.push_back(name);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 // The lines of a text input that count: no empty lines, no comments.
@@ -214,7 +225,7 @@ Model readModelNamed(const std::string& name) {
 
 std::vector<Model> readAllModels() {
     std::vector<Model> all;
-    for (const std::string& name : models)
+    for (const std::string& name : foldersWith(".rsd"))
         all.push_back(readModelNamed(name));
     return all;
 }
@@ -344,8 +355,8 @@ void copyFiles(const fs::path& from, const fs::path& to) {
 class RealModels : public testing::Test {
   protected:
     void SetUp() override {
-        if (!fs::is_directory(modelsFolder())) {
-            GTEST_SKIP() << "no folder of models: " << modelsFolder() << " (set VEXBIND_MODELS to one)";
+        if (foldersWith(".rsd").empty()) {
+            GTEST_SKIP() << "VEXBIND_MODELS names no folder of models";
         }
         directory = makeFreshDirectory();
         ASSERT_NE(directory, "");
@@ -402,7 +413,10 @@ class RealModels : public testing::Test {
 using ModelAndLayout = std::tuple<std::string, Layout>;
 
 class RealModel : public RealModels, public testing::WithParamInterface<ModelAndLayout> {};
-class RealModelsIn : public RealModels, public testing::WithParamInterface<Layout> {};
+class RealModelsIn : public RealModels, public testing::WithParamInterface<Layout> {
+  protected:
+    void convertProject(const std::string& project);
+};
 
 TEST_P(RealModel, ConvertsAlone) {
     const auto& [name, layout] = GetParam();
@@ -429,8 +443,13 @@ TEST_P(RealModelsIn, ConvertTogetherInReverse) {
     static_cast<void>(convertModels(all, GetParam()));
 }
 
-// A project in a directory of its own, since the ID list is written there.
+// Each project in a directory of its own, since the ID list is written there.
 TEST_P(RealModelsIn, ConvertAsProject) {
+    for (const std::string& project : foldersWith(".prj"))
+        convertProject(project);
+}
+
+void RealModelsIn::convertProject(const std::string& project) {
     start = directory + "/" + project;
     copyFiles(modelsFolder() + "/" + project, start);
     std::vector<Model> objects;
@@ -460,7 +479,9 @@ std::string nameOfLayout(const testing::TestParamInfo<Layout>& info) {
     return layoutName(info.param);
 }
 
-INSTANTIATE_TEST_SUITE_P(, RealModel, testing::Combine(testing::ValuesIn(models), testing::ValuesIn(layouts)),
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(RealModel);
+INSTANTIATE_TEST_SUITE_P(, RealModel,
+                         testing::Combine(testing::ValuesIn(foldersWith(".rsd")), testing::ValuesIn(layouts)),
                          modelName);
 INSTANTIATE_TEST_SUITE_P(, RealModelsIn, testing::ValuesIn(layouts), nameOfLayout);
 
