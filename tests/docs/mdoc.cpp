@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <sstream>
 #include <utility>
 
@@ -45,8 +46,9 @@ static bool takeMacro(const std::string& line, std::string_view macro, std::stri
     return true;
 }
 
-std::vector<Display> readDisplays(const std::string& page) {
-    std::vector<Display> displays;
+// What stands between each `begin` and the next `end`, with what is behind `begin` as its head.
+static std::vector<Item> readBlocks(const std::string& page, std::string_view begin, std::string_view end) {
+    std::vector<Item> blocks;
     std::istringstream lines(page);
     std::string section;
     std::string rest;
@@ -54,35 +56,34 @@ std::vector<Display> readDisplays(const std::string& page) {
     for (std::string line; std::getline(lines, line);) {
         if (takeMacro(line, ".Sh", rest) || takeMacro(line, ".Ss", rest)) {
             section = rest;
-        } else if (takeMacro(line, ".Bd", rest) && rest.starts_with("-literal")) {
-            displays.push_back({.section = section, .lines = {}});
+        } else if (takeMacro(line, begin, rest)) {
+            blocks.push_back({.section = section, .head = rest, .lines = {}});
             inside = true;
-        } else if (takeMacro(line, ".Ed", rest)) {
+        } else if (takeMacro(line, end, rest)) {
             inside = false;
         } else if (inside) {
-            displays.back().lines.push_back(unescape(line));
+            blocks.back().lines.push_back(line);
+        }
+    }
+    return blocks;
+}
+
+std::vector<Display> readDisplays(const std::string& page) {
+    std::vector<Display> displays;
+    for (const Item& block : readBlocks(page, ".Bd", ".Ed")) {
+        if (block.head.starts_with("-literal")) {
+            Display& display = displays.emplace_back(Display{.section = block.section, .lines = {}});
+            std::transform(block.lines.begin(), block.lines.end(), std::back_inserter(display.lines),
+                           unescape);
         }
     }
     return displays;
 }
 
 std::vector<Item> readItems(const std::string& page) {
-    std::vector<Item> items;
-    std::istringstream lines(page);
-    std::string section;
-    std::string rest;
-    bool inside = false;
-    for (std::string line; std::getline(lines, line);) {
-        if (takeMacro(line, ".Sh", rest) || takeMacro(line, ".Ss", rest)) {
-            section = rest;
-        } else if (takeMacro(line, ".It", rest)) {
-            items.push_back({.section = section, .head = unescape(rest), .lines = {}});
-            inside = true;
-        } else if (takeMacro(line, ".El", rest)) {
-            inside = false;
-        } else if (inside) {
-            items.back().lines.push_back(line);
-        }
+    std::vector<Item> items = readBlocks(page, ".It", ".El");
+    for (Item& item : items) {
+        item.head = unescape(item.head);
     }
     return items;
 }
