@@ -29,6 +29,21 @@ TEST_F(Environment, ClosedStandardOutputDoesNotMatterWhenNothingIsPrinted) {
     EXPECT_EQ(complained(), startNotice);
 }
 
+// The reader sees some twenty of 1000 packets, whose report is far more than a pipe takes in: the run ends on
+// the way. The TMD then has the packets that were shown.
+TEST_F(Environment, PacketsOfADumpThatIsBrokenOffAreInTheTmd) {
+    std::string ply = "@PLY940102\n3 1 1000\n0 0 0\n1 0 0\n0 1 0\n0 0 1\n";
+    for (int i = 0; i < 1000; ++i)
+        ply += "0 0 1 2 0 0 0 0 0\n";
+    writeFiles(directory, {{"m.rsd", "@RSD940102\nPLY=m.ply\nMAT=m.mat\nNTEX=0\n"},
+                           {"m.ply", ply},
+                           {"m.mat", "@MAT940102\n1\n0-999 0 F C 1 2 3\n"}});
+    EXPECT_EQ(run("{ vexbind -info -o out.tmd m.rsd; echo $? >status; } | head -c 5000 >/dev/null"), 0);
+    EXPECT_EQ(left("status"), "141\n"); // SIGPIPE
+    // Header, table, and packets of 16 bytes.
+    EXPECT_GE(left("out.tmd").size(), 12U + 28U + 16U * 20U);
+}
+
 // All eight combinations, in a run that has something for each stream: what cannot be printed is told of by
 // the status, and nothing of it gets into a file.
 TEST_F(Environment, AnyStandardStreamsMayBeClosed) {

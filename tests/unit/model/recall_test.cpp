@@ -130,6 +130,21 @@ TEST(RememberGeometry, BringsObjectsBackInAnyOrder) {
     EXPECT_EQ(box_of(all[3].object), (std::array{7, 7, 7, 9, 9, 9}));
 }
 
+// Two vertices and one normal of 6 bytes each.
+TEST(ReleaseGeometry, MakesRoomForOtherCopies) {
+    const TestDirectory directory({{"m.ply", firstFile}});
+    const ModelTables tables({.vertices = 2, .normals = 1});
+    const RunOf run(2);
+    Remembered one;
+    read_ply("m.ply", &one.object, PlySections::all);
+    EXPECT_EQ(copiedGeometry, 18U);
+    for (int i = 0; i < 2; ++i) {
+        release_geometry(&one.object);
+        EXPECT_EQ(one.object.read.copy, nullptr);
+        EXPECT_EQ(copiedGeometry, 0U);
+    }
+}
+
 // A copy is in one piece, the tables are not: a block of theirs holds 166,666 records.
 TEST(RememberGeometry, BringsBackEveryBlock) {
     const FreshGlobals globals;

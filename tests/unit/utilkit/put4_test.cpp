@@ -260,6 +260,23 @@ TEST(PendingWords, KeepTheirOrderAcrossBlocks) {
     EXPECT_TRUE(bytesOf("out") == bytes);
 }
 
+// Few enough for the stream to take them: the loss shows when it is flushed.
+TEST(PendingWords, TellOfTheirLoss) {
+    const TestDirectory here;
+    const TwoWords words{};
+    FileRecord* file = fileOpen("out", "wb");
+    put4Words<2>(words, 2, file);
+    EXPECT_TRUE(writePendingWords());
+    EXPECT_TRUE(writePendingWords()); // there are none
+    fileClose(file);
+    file = fileOpen(fullDevice, "wb");
+    put4Words<2>(words, 2, file);
+    EXPECT_FALSE(writePendingWords());
+    pushIgnore(CLOSE_ERR);
+    fileClose(file);
+    popIgnore();
+}
+
 TEST(PendingWords, LossEndsTheSeek) {
     const TestDirectory here;
     EXPECT_EXIT(
