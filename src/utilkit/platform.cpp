@@ -46,13 +46,13 @@ void prepareStreams() {
 #else
 
 void prepareStreams() {
-    std::FILE* stream = nullptr;
-    do {
+    for (int i = 0; i <= STDERR_FILENO; ++i) {
+        std::FILE* stream = std::fopen("/dev/null", "r");
+        if (stream != nullptr && ::fileno(stream) > STDERR_FILENO) {
+            std::fclose(stream); // none is closed any more
+            return;
+        }
         // One in a standard place stays open to the end of the run.
-        stream = std::fopen("/dev/null", "r");
-    } while (stream != nullptr && ::fileno(stream) <= STDERR_FILENO);
-    if (stream != nullptr) {
-        std::fclose(stream);
     }
 }
 
