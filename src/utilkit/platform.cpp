@@ -49,7 +49,7 @@ void prepareStreams() {
     for (int i = 0; i <= STDERR_FILENO; ++i) {
         std::FILE* stream = std::fopen("/dev/null", "r");
         if (stream != nullptr && ::fileno(stream) > STDERR_FILENO) {
-            std::fclose(stream); // none is closed any more
+            static_cast<void>(std::fclose(stream)); // none is closed any more
             return;
         }
         // One in a standard place stays open to the end of the run.
