@@ -254,6 +254,7 @@ TEST(PendingWords, KeepTheirOrderAcrossBlocks) {
                       static_cast<char>(next >> 16)};
         }
         put4Words<25>(words, count, file);
+        ASSERT_LE(pendingWords.end, pendingWords.bytes.size());
     }
     EXPECT_EQ(file->position, static_cast<std::int32_t>(bytes.size()));
     fileClose(file);
