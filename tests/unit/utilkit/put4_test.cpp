@@ -1,6 +1,8 @@
 // Little-endian output.
 #include "utilkit/put4.hpp"
 
+#include "tmd/packetarea.hpp"
+#include "tmd/packetrows.hpp"
 #include "unit/support.hpp"
 #include "utilkit/exit.hpp"
 
@@ -239,21 +241,22 @@ TEST(PendingWords, GoOutAtTheExit) {
     EXPECT_EQ(bytesOf("out"), fromHex("00 00 00 00 00 00 00 00"));
 }
 
-// Whatever the words before them leave of the block that they wait in.
+// Whatever the words before them leave of the block that they wait in; as packets are put.
 TEST(PendingWords, KeepTheirOrderAcrossBlocks) {
+    static constexpr std::size_t most = largestPacket / 4;
     const TestDirectory here;
-    std::array<std::uint32_t, 25> words{};
+    PacketArea words{};
     std::string bytes;
     std::uint32_t next = 0;
     FileRecord* file = fileOpen("out", "wb");
     for (std::uint32_t i = 0; i < 20'000; ++i) {
-        const std::uint32_t count = i % 25 + 1;
+        const auto count = static_cast<std::uint32_t>(i % most + 1);
         for (std::uint32_t k = 0; k < count; ++k, ++next) {
             words[k] = next << 8 | 0xAA;
             bytes += {'\xAA', static_cast<char>(next), static_cast<char>(next >> 8),
                       static_cast<char>(next >> 16)};
         }
-        put4Words<25>(words, count, file);
+        put4Words<most>(words, count, file);
         ASSERT_LE(pendingWords.end, pendingWords.bytes.size());
     }
     EXPECT_EQ(file->position, static_cast<std::int32_t>(bytes.size()));
