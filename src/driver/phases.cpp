@@ -59,6 +59,7 @@ static void print_heading(const char* name) {
     std::fprintf(dout, "< %s >", name);
     drawLine(dout, '-', ruleLength);
     std::fprintf(dout, "\n");
+    std::fflush(dout); // the lines of the packets begin a block
 }
 
 void write_primitives(FileRecord* file) {

@@ -3,6 +3,7 @@
 #include "model/attributes.hpp"
 #include "tmd/current.hpp"
 #include "tmd/report.hpp"
+#include "utilkit/reportline.hpp"
 
 namespace vexbind {
 
@@ -46,14 +47,15 @@ static void dump_texels(std::FILE* stream, const PacketRow& row, const PacketAre
     if (count == 0) {
         return;
     }
-    std::fprintf(stream, "\tUV 0-%u:", count - 1);
+    ReportLine line{.stream = stream};
+    append(line, "\tUV 0-", count - 1, ":");
     for (const Field field : {UV0, UV1, UV2, UV3}) {
         const std::size_t offset = field_offset(row, field);
         if (offset != 0) {
-            std::fprintf(stream, " (%3u %3u)", get_byte(area, offset), get_byte(area, offset + 1));
+            append(line, " (", shown_byte(area, offset), " ", shown_byte(area, offset + 1), ")");
         }
     }
-    std::fprintf(stream, "\n");
+    putReportLine(line);
 }
 
 static void dump_colours(std::FILE* stream, const PacketRow& row, const PacketArea& area) {
@@ -67,26 +69,28 @@ static void dump_colours(std::FILE* stream, const PacketRow& row, const PacketAr
         return;
     }
     const char* between = row.colours == ColourDump::ends ? "-" : " ";
-    std::fprintf(stream, "\tColor :");
+    ReportLine line{.stream = stream};
+    append(line, "\tColor :");
     for (std::uint32_t i = 0; i < count; ++i) {
-        const std::size_t colour = first + std::size_t{4} * i;
-        std::fprintf(stream, "%s(%3u %3u %3u)", i == 0 ? " " : between, get_byte(area, colour),
-                     get_byte(area, colour + 1), get_byte(area, colour + 2));
+        append(line, i == 0 ? " " : between);
+        append_colour(line, area, first + std::size_t{4} * i);
     }
-    std::fprintf(stream, "\n");
+    putReportLine(line);
 }
 
 void dump_heading(std::FILE* stream, const PolygonHeading& heading, std::uint32_t attr,
                   const PacketArea& area) {
     const bool lightOff = (attr & lightOffBit) != 0;
-    std::fprintf(stream, "= [%3u] %s %s%s%s%d-POLY(0x%lx) LIGHT: %s =\n", currentPolygon, heading.title,
-                 (attr & translucentBit) != 0 ? "TRANS " : "",
-                 (attr & twoSidedBit) != 0 ? heading.twoSided : "",
-                 (attr & gradationBit) != 0 && !lightOff ? heading.graded : "",
-                 primitive_type(attr) == triangle ? 3 : 4, static_cast<unsigned long>(area[0]),
-                 lightOff ? "OFF" : "ON");
+    ReportLine line{.stream = stream};
+    append(line, "= [", Padded{currentPolygon, 3}, "] ", heading.title, " ",
+           (attr & translucentBit) != 0 ? "TRANS " : "", (attr & twoSidedBit) != 0 ? heading.twoSided : "",
+           (attr & gradationBit) != 0 && !lightOff ? heading.graded : "",
+           primitive_type(attr) == triangle ? "3" : "4", "-POLY(", Hexadecimal{area[0]},
+           ") LIGHT: ", lightOff ? "OFF" : "ON", " =");
+    putReportLine(line);
     if (primitive_type(attr) > quadrangle) {
-        std::fprintf(stream, " <Bad Data>\n");
+        append(line, " <Bad Data>");
+        putReportLine(line);
     }
 }
 

@@ -5,6 +5,7 @@
 #include "tmd/current.hpp"
 #include "tmd/dump.hpp"
 #include "tmd/packets.hpp"
+#include "utilkit/reportline.hpp"
 
 namespace vexbind {
 
@@ -14,8 +15,10 @@ static std::uint32_t build(PacketVariant variant, const char* title, const Polyg
     const ParamList colours = get_params(mat);
     const std::uint32_t size = emit_packet(row, {.colours = colours, .poly = poly}, area);
     if (Dump >= dumpDetails) {
-        std::fprintf(dout, "= [%3u] %s %sLINE(0x%lx) =\n", currentPolygon, title,
-                     (poly.attr & translucentBit) != 0 ? "TRANS " : "", static_cast<unsigned long>(area[0]));
+        ReportLine line{.stream = dout};
+        append(line, "= [", Padded{currentPolygon, 3}, "] ", title, " ",
+               (poly.attr & translucentBit) != 0 ? "TRANS " : "", "LINE(", Hexadecimal{area[0]}, ") =");
+        putReportLine(line);
         dump_fields(dout, row, area);
     }
     return size;

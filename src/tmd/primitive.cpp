@@ -91,10 +91,6 @@ std::uint32_t set_primitive(const RSD* object, PacketArea& area, FileRecord* fil
         const std::uint32_t size = result.build(poly, mat, area);
         total += size;
         put4Words<largestPacket / 4>(area, size / 4, file);
-        if (Dump >= dumpDetails) {
-            // A reader of the dump who stops it finds the packets that it has shown.
-            writePendingWords();
-        }
         ++currentPolygon;
     }
     return total;

@@ -7,6 +7,7 @@
 #include "tmd/current.hpp"
 #include "tmd/modes.hpp"
 #include "utilkit/drawline.hpp"
+#include "utilkit/reportline.hpp"
 
 #include <array>
 
@@ -53,18 +54,21 @@ static bool leaves_16_bits(std::int32_t coordinate) {
     return coordinate > INT16_MAX || coordinate < INT16_MIN; // GCOVR_EXCL_BR_LINE: see printVert
 }
 
-/// Prints element `index` and puts its coordinates into `shown`; false, with a line that says so, when the
-/// current object has no such element. The caller ends the line of an element.
-static bool print_element(std::FILE* stream, const NamedTable& from, std::int32_t index,
-                          std::int32_t position, Coordinates& shown) {
+static constexpr std::size_t coordinateWidth = 6;
+
+/// Appends element `index` and puts its coordinates into `shown`; false, with words that say so, when the
+/// current object has no such element.
+static bool append_element(ReportLine& line, const NamedTable& from, std::int32_t index,
+                           std::int32_t position, Coordinates& shown) {
     const auto number = static_cast<std::uint32_t>(index);
+    append(line, "\t", from.label, "-", position, ": ");
     if (index >= from.count) {
-        std::fprintf(stream, "\t%s-%d: Bad %s: %u\n", from.label, position, from.noun, number);
+        append(line, "Bad ", from.noun, ": ", number);
         return false;
     }
     shown = elementAt<Coordinates>(index, from.table);
-    std::fprintf(stream, "\t%s-%d: (%6d, %6d, %6d) (#%u)", from.label, position, shown.x, shown.y, shown.z,
-                 number);
+    append(line, "(", Padded{shown.x, coordinateWidth}, ", ", Padded{shown.y, coordinateWidth}, ", ",
+           Padded{shown.z, coordinateWidth}, ") (#", number, ")");
     return true;
 }
 
@@ -72,34 +76,38 @@ std::int32_t printVert(std::FILE* stream, std::int32_t index, std::int32_t posit
     Coordinates shown{};
     const NamedTable vertices{
         .label = "Vert", .noun = "vertex", .table = vertex, .count = currentObject->nvert};
-    if (!print_element(stream, vertices, index, position, shown)) {
-        return 0;
-    }
+    ReportLine line{.stream = stream};
+    const bool found = append_element(line, vertices, index, position, shown);
     // Kept: coordinates have 16 bits by now, so the mark never shows.
     const bool overflow = leaves_16_bits(shown.x) || leaves_16_bits(shown.y) || leaves_16_bits(shown.z);
-    std::fprintf(stream, "%s\n", overflow ? " overflow!!" : ""); // GCOVR_EXCL_BR_LINE: never so, as said
-    return 1;
+    append(line, overflow ? " overflow!!" : ""); // GCOVR_EXCL_BR_LINE: never so, as said
+    putReportLine(line);
+    return found ? 1 : 0;
 }
 
 std::int32_t printNorm(std::FILE* stream, std::int32_t index, std::int32_t position) {
     Coordinates shown{};
     const NamedTable normals{
         .label = "Norm", .noun = "normal", .table = normal, .count = currentObject->nnorm};
-    if (!print_element(stream, normals, index, position, shown)) {
-        return 0;
-    }
-    std::fprintf(stream, "\n");
-    return 1;
+    ReportLine line{.stream = stream};
+    const bool found = append_element(line, normals, index, position, shown);
+    putReportLine(line);
+    return found ? 1 : 0;
+}
+
+void append_colour(ReportLine& line, const PacketArea& area, std::size_t offset) {
+    append(line, "(", shown_byte(area, offset), " ", shown_byte(area, offset + 1), " ",
+           shown_byte(area, offset + 2), ")");
 }
 
 void printColors(std::FILE* stream, const PacketArea& area, std::size_t offset, std::uint32_t count) {
-    std::fprintf(stream, "\tColor%c: ", count < 2 ? ' ' : 's');
+    ReportLine line{.stream = stream};
+    append(line, "\tColor", count < 2 ? " : " : "s: ");
     for (std::uint32_t i = 0; i < count; ++i) {
-        const std::size_t colour = offset + std::size_t{4} * i;
-        std::fprintf(stream, "(%3u %3u %3u) ", get_byte(area, colour), get_byte(area, colour + 1),
-                     get_byte(area, colour + 2));
+        append_colour(line, area, offset + std::size_t{4} * i);
+        append(line, " ");
     }
-    std::fprintf(stream, "\n");
+    putReportLine(line);
 }
 
 // Kept: the names of the pixel modes and of the translucencies follow one another, and pixel mode 3 shows the
@@ -122,20 +130,24 @@ void printEtc(std::FILE* stream, const PacketArea& area, const MaterialRecord& m
     const std::uint32_t tsb = get_half(area, isSprite ? 6 : 10);
 
     const std::uint32_t pixelMode = tsb >> (arcade == arcadeLayoutA ? 9 : 7) & 3;
-    std::fprintf(stream, "\tPixel mode  : %s", modeNames[pixelMode]);
+    ReportLine line{.stream = stream};
+    append(line, "\tPixel mode  : ", modeNames[pixelMode]);
     if (pixelMode < 2) {
         const std::uint32_t rows = arcade == homeLayout ? 0x1FF : 0x3FF;
-        std::fprintf(stream, " CLUT : (x y)=(%3u %3u)", (clut & 63) * 16, clut >> 6 & rows);
+        append(line, " CLUT : (x y)=(", Padded{std::int64_t{clut & 63} * 16, 3}, " ",
+               Padded{clut >> 6 & rows, 3}, ")");
     }
-    std::fprintf(stream, "\n");
+    putReportLine(line);
 
     const std::uint32_t page = tsb & (arcade == arcadeLayoutA ? 127 : 31);
     const std::uint32_t lowerPages = arcade == arcadeLayoutB ? (tsb & 0x800) >> 6 : 0;
-    std::fprintf(stream, "\tTexture Page: %2d   Texture No. : %2u\n",
-                 static_cast<std::int32_t>(page + lowerPages), get_params(mat)[textureNumber]);
+    append(line, "\tTexture Page: ", Padded{page + lowerPages, 2},
+           "   Texture No. : ", Padded{get_params(mat)[textureNumber], 2});
+    putReportLine(line);
     if ((mode & modeABE) != 0) {
         const std::uint32_t rate = tsb >> (arcade == arcadeLayoutA ? 7 : 5) & 3;
-        std::fprintf(stream, "\tTranslucency: %s\n", modeNames[pixelModeNames + rate]);
+        append(line, "\tTranslucency: ", modeNames[pixelModeNames + rate]);
+        putReportLine(line);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "tmd/packets.hpp"
 #include "tmd/report.hpp"
 #include "tmd/texcoord.hpp"
+#include "utilkit/reportline.hpp"
 
 namespace vexbind {
 
@@ -37,11 +38,14 @@ static void dump(const PacketRow& row, std::uint32_t attr, const MaterialRecord&
                  const PacketArea& area) {
     using enum Field;
     const std::size_t uv = field_offset(row, UV0);
-    std::fprintf(dout, "= [%3u] %s3D SPRITE(0x%lx) =\n", currentPolygon,
-                 (attr & translucentBit) != 0 ? "TRANS " : "", static_cast<unsigned long>(area[0]));
+    ReportLine line{.stream = dout};
+    append(line, "= [", Padded{currentPolygon, 3}, "] ", (attr & translucentBit) != 0 ? "TRANS " : "",
+           "3D SPRITE(", Hexadecimal{area[0]}, ") =");
+    putReportLine(line);
     printVert(dout, get_half(area, field_offset(row, V0)), 0);
-    std::fprintf(dout, "\t(u v, wxh) = (%u, %u, %ux%u)\n", get_byte(area, uv), get_byte(area, uv + 1),
-                 get_half(area, field_offset(row, width)), get_half(area, field_offset(row, height)));
+    append(line, "\t(u v, wxh) = (", get_byte(area, uv), ", ", get_byte(area, uv + 1), ", ",
+           get_half(area, field_offset(row, width)), "x", get_half(area, field_offset(row, height)), ")");
+    putReportLine(line);
     printEtc(dout, area, mat);
 }
 

@@ -20,18 +20,19 @@ static FileWord fileWord(std::uint32_t word) {
 
 PendingWords pendingWords{};
 
-bool writePendingWords() {
+void writePendingWords() {
     FileRecord* file = pendingWords.file;
     if (file == nullptr) {
-        return true;
+        return;
     }
     const std::size_t size = pendingWords.end;
     pendingWords.file = nullptr;
     pendingWords.end = 0;
     // Nothing is written behind lost bytes, so that what is there begins the right output.
-    return std::ferror(file->stream) == 0 &&
-           std::fwrite(pendingWords.bytes.data(), 1, size, file->stream) == size &&
-           std::fflush(file->stream) == 0;
+    if (std::ferror(file->stream) == 0) {
+        std::fwrite(pendingWords.bytes.data(), 1, size, file->stream);
+        std::fflush(file->stream);
+    }
 }
 
 std::int32_t put4Bytes(std::uint32_t value, FileRecord* file) {

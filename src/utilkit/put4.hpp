@@ -30,8 +30,9 @@ struct PendingWords {
 };
 extern PendingWords pendingWords;
 
-/// Hands the pending bytes to their stream and flushes it; false when either fails, the bytes being lost.
-bool writePendingWords();
+/// Hands the pending bytes to their stream and flushes it. When either fails, the bytes are lost and the
+/// stream remembers it.
+void writePendingWords();
 
 /// put4ByteArray for the first `count` words of a small array: at least one, at most `few`.
 template <std::size_t few, std::size_t capacity>
