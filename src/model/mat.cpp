@@ -309,7 +309,7 @@ void free_materials(const RSD* object) {
     for (std::int32_t i = 0; i < object->nmat; ++i) {
         free_params(elementAt<MaterialRecord>(i + 1, material));
     }
-    reuse_params_behind(elementAt<MaterialRecord>(0, material));
+    reuse_pool(); // the default material has no place there
 }
 
 } // namespace vexbind

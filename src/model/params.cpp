@@ -1,5 +1,6 @@
 // Owns the pool: blocks of poolBlock bytes, found through a table that grows by one entry at a time. A
-// handle is the position of a list's first byte, counted from 1; no list crosses two blocks.
+// place in it is the position of a list's first byte; no list crosses two blocks. Lists of one colour, which
+// are most, lie in their records instead.
 #include "model/params.hpp"
 
 #include "utilkit/status.hpp"
@@ -13,7 +14,7 @@
 namespace vexbind {
 
 static constexpr std::uint32_t poolBlock = 1U << 20;
-static constexpr std::uint32_t maxPoolBlocks = 1U << 12; // handles are 32 bits
+static constexpr std::uint32_t maxPoolBlocks = 1U << 12; // places are 32 bits
 
 static std::uint8_t** poolBlocks = nullptr;
 static std::uint32_t poolBlockCount = 0;
@@ -41,14 +42,22 @@ static std::uint8_t* poolAddress(std::uint32_t position) {
     return poolBlocks[position / poolBlock] + position % poolBlock;
 }
 
-static void copy_list(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
-    // Most lists are one colour: a copy of fixed size takes no call.
-    static constexpr std::size_t oneColour = 3;
-    if (count == oneColour) {
-        std::memcpy(to, from, oneColour);
-    } else {
-        std::memcpy(to, from, count);
+static bool fits_in_record(std::size_t count) {
+    return count <= sizeof(MaterialRecord::param);
+}
+
+/// Puts a place for `count` bytes into `place`; false, and nothing done, without memory for it.
+static bool findPlace(std::uint32_t count, std::uint32_t& place) {
+    std::uint32_t start = poolEnd;
+    if (start % poolBlock + count > poolBlock) {
+        start += poolBlock - start % poolBlock;
     }
+    if (start / poolBlock == poolBlockCount && !addPoolBlock()) {
+        return false;
+    }
+    place = start;
+    poolEnd = start + count;
+    return true;
 }
 
 void set_params(MaterialRecord& record, std::span<const std::uint8_t> bytes) {
@@ -58,39 +67,38 @@ void set_params(MaterialRecord& record, std::span<const std::uint8_t> bytes) {
     if (count == 0) {
         return;
     }
-    std::uint32_t start = poolEnd;
-    if (start % poolBlock + count > poolBlock) {
-        start += poolBlock - start % poolBlock;
-    }
-    if (start / poolBlock == poolBlockCount && !addPoolBlock()) {
+    if (fits_in_record(count)) {
+        std::memcpy(&record.param, bytes.data(), count);
+    } else if (findPlace(count, record.param)) {
+        std::memcpy(poolAddress(record.param), bytes.data(), count);
+    } else {
         raiseAllocError(allocFailed, "UCHAR", count, 1);
         return;
     }
     countAllocation(count);
-    copy_list(poolAddress(start), bytes.data(), count);
-    record.param = start + 1;
     record.paramCount = static_cast<std::uint8_t>(count);
-    poolEnd = start + count;
 }
 
 ParamList get_params(const MaterialRecord& record) {
     ParamList list{};
-    if (record.param != 0) {
-        copy_list(list.data(), poolAddress(record.param - 1), record.paramCount);
+    if (fits_in_record(record.paramCount)) {
+        std::memcpy(list.data(), &record.param, sizeof record.param);
+    } else {
+        std::memcpy(list.data(), poolAddress(record.param), record.paramCount);
     }
     return list;
 }
 
 void free_params(MaterialRecord& record) {
-    if (record.param != 0) {
+    if (record.paramCount != 0) {
         freeCount = wrapAdd(freeCount, 1);
         record.param = 0;
         record.paramCount = 0;
     }
 }
 
-void reuse_params_behind(const MaterialRecord& record) {
-    poolEnd = record.param == 0 ? 0 : record.param - 1 + record.paramCount;
+void reuse_pool() {
+    poolEnd = 0;
 }
 
 } // namespace vexbind

@@ -1,5 +1,5 @@
-// The numbers of the materials: short byte lists, millions of them in a large model, kept side by side
-// in a pool and counted like blocks of their own.
+// The numbers of the materials: short byte lists, millions of them in a large model, kept in the records or
+// side by side in a pool, and counted like blocks of their own.
 #pragma once
 
 #include "model/tables.hpp"
@@ -30,7 +30,7 @@ ParamList get_params(const MaterialRecord& record);
 /// Counts the release of the record's list, if any, and forgets it.
 void free_params(MaterialRecord& record);
 
-/// Gives the place of all lists that were stored after that of `record` to the next ones.
-void reuse_params_behind(const MaterialRecord& record);
+/// Gives the places of all lists in the pool to the next ones.
+void reuse_pool();
 
 } // namespace vexbind

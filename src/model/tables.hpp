@@ -34,7 +34,7 @@ struct MaterialRecord {
     char shading;            // as written: "F", "G" or another letter, which counts as flat
     char kind;               // as written: "C", "G", "T", "D", "H" or another letter
     std::uint8_t paramCount; // bytes of `param`
-    std::uint32_t param;     // the line's numbers, a handle of model/params.hpp; 0: none
+    std::uint32_t param;     // the line's numbers, or where they are: model/params.hpp
 };
 static_assert(sizeof(MaterialRecord) == 8, "the tables' blocks are sized by it");
 

@@ -129,14 +129,15 @@ const std::vector<AllocMessage> wholeRun = {
     {14, "material", 1, 28, 50, 22, 2543},
     {10, "void*", 1, 4, 50, 22, 2543},
     {16, "material", 8, 2, 52, 22, 2563},
-    {10, "UCHAR", 3, 1, 52, 22, 2563},
-    // The packets: the PLY file, the MAT file (its 12 numbers find room beside those of white), the texture.
+    // The numbers of white, which lie in its record, are counted. The packets: the PLY file, the MAT file and
+    // its 12 numbers, the texture.
     {11, "fileOpen", 1, 20, 54, 22, 2586},
     {13, "m.ply", 6, 1, 55, 22, 2592},
     {12, "m.ply", 255, 1, 56, 22, 2847},
     {11, "fileOpen", 1, 20, 57, 25, 2867},
     {13, "m.mat", 6, 1, 58, 25, 2873},
     {12, "m.mat", 255, 1, 59, 25, 3128},
+    {10, "UCHAR", 12, 1, 59, 25, 3128},
     {10, "TIM", 1, 60, 60, 28, 3140},
     {13, "a.tim", 6, 1, 62, 28, 3206},
     {11, "fileOpen", 1, 20, 63, 29, 3226},

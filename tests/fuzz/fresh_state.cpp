@@ -45,7 +45,7 @@ static void setModelBack() {
     // out of the run's own memory, before the first one. The inputs are too small to fill it.
     MaterialRecord first{};
     set_params(first, ParamList{});
-    reuse_params_behind(MaterialRecord{});
+    reuse_pool();
 }
 
 static void setTmdBack() {

@@ -478,15 +478,15 @@ TEST(FreeMaterials, GivesTheNextObjectTheSamePlaces) {
     const ModelTables tables({.polygons = 1, .materials = 2});
     RSD object = plainObject();
     object.nmat = 2;
-    readLines("0 0 F C 1 2 3\n0 0 F G 1 2 3 4 5 6 7 8 9 10 11 12\n", 2, 1);
+    readLines("0 0 F T 1 2 3 4 5 6 7 8 9\n0 0 F G 1 2 3 4 5 6 7 8 9 10 11 12\n", 2, 1);
     const std::uint32_t first = materialAt(1).param;
     const std::uint32_t second = materialAt(2).param;
     free_materials(&object);
-    readLines("0 0 F C 7 8 9\n0 0 F C 4 5 6\n", 2, 1);
+    readLines("0 0 F G 7 8 9 7 8 9 7 8 9 7 8 9\n0 0 F G 4 5 6 4 5 6 4 5 6 4 5 6\n", 2, 1);
     EXPECT_EQ(materialAt(1).param, first);
     EXPECT_EQ(materialAt(2).param, second);
-    EXPECT_EQ(get_params(materialAt(1)), listOf({7, 8, 9}));
-    EXPECT_EQ(get_params(materialAt(2)), listOf({4, 5, 6}));
+    EXPECT_EQ(get_params(materialAt(1)), listOf({7, 8, 9, 7, 8, 9, 7, 8, 9, 7, 8, 9}));
+    EXPECT_EQ(get_params(materialAt(2)), listOf({4, 5, 6, 4, 5, 6, 4, 5, 6, 4, 5, 6}));
     EXPECT_EQ(get_params(materialAt(0)), listOf({255, 255, 255}));
 }
 

@@ -23,11 +23,6 @@ ParamList listOf(const Bytes& bytes) {
     return list;
 }
 
-// A pool as if nothing were stored: a record without a list has all of it behind itself.
-void forgetAllLists() {
-    reuse_params_behind(MaterialRecord{});
-}
-
 // The `count` bytes of list `number`, told apart from those of its neighbours.
 Bytes numbered(std::size_t number, std::size_t count) {
     Bytes bytes(count);
@@ -41,7 +36,7 @@ Bytes numbered(std::size_t number, std::size_t count) {
 
 TEST(SetParams, KeepsTheBytesInOrder) {
     const FreshGlobals globals;
-    forgetAllLists();
+    reuse_pool();
     MaterialRecord record{};
     set_params(record, Bytes{7, 0, 255});
     EXPECT_EQ(record.paramCount, 3);
@@ -50,7 +45,7 @@ TEST(SetParams, KeepsTheBytesInOrder) {
 
 TEST(SetParams, HoldsTheLongestList) {
     const FreshGlobals globals;
-    forgetAllLists();
+    reuse_pool();
     MaterialRecord record{};
     const Bytes bytes = numbered(1, 21);
     set_params(record, bytes);
@@ -59,7 +54,7 @@ TEST(SetParams, HoldsTheLongestList) {
 
 TEST(SetParams, OfNothingLeavesNoListAndCountsNothing) {
     const FreshGlobals globals;
-    forgetAllLists();
+    reuse_pool();
     MaterialRecord record{};
     set_params(record, Bytes{1, 2, 3});
     set_params(record, {});
@@ -72,7 +67,7 @@ TEST(SetParams, OfNothingLeavesNoListAndCountsNothing) {
 
 TEST(SetParams, LeavesTheOtherFieldsAlone) {
     const FreshGlobals globals;
-    forgetAllLists();
+    reuse_pool();
     MaterialRecord record{.attr = 0x1F, .shading = 'G', .kind = 'H', .paramCount = 0, .param = 0};
     set_params(record, Bytes{1});
     EXPECT_EQ(record.attr, 0x1F);
@@ -82,7 +77,7 @@ TEST(SetParams, LeavesTheOtherFieldsAlone) {
 
 TEST(SetParams, CountsEveryListLikeABlockOfItsOwn) {
     const FreshGlobals globals;
-    forgetAllLists();
+    reuse_pool();
     std::array<MaterialRecord, 3> records{};
     set_params(records[0], numbered(0, 3));
     set_params(records[1], numbered(1, 12));
@@ -94,7 +89,7 @@ TEST(SetParams, CountsEveryListLikeABlockOfItsOwn) {
 
 TEST(SetParams, FailsAtTheStatusOfTablesWhenTheBlockCannotBeHad) {
     const FreshGlobals globals;
-    forgetAllLists();
+    reuse_pool();
     // However many blocks the pool has by now, the list that needs another one fails.
     for (const int allocation : {1, 2}) {
         EXPECT_EXIT(
@@ -112,7 +107,7 @@ TEST(SetParams, FailsAtTheStatusOfTablesWhenTheBlockCannotBeHad) {
 
 TEST(SetParams, IgnoredFailureCountsNothingAndLeavesNoList) {
     const FreshGlobals globals;
-    forgetAllLists();
+    reuse_pool();
     pushIgnore(ALC_ERR);
     std::int32_t stored = 0;
     MaterialRecord record{};
@@ -128,22 +123,25 @@ TEST(SetParams, IgnoredFailureCountsNothingAndLeavesNoList) {
     EXPECT_EQ(get_params(record), ParamList{});
     set_params(record, Bytes{1, 2, 3});
     EXPECT_EQ(get_params(record), listOf({1, 2, 3}));
-    forgetAllLists();
+    reuse_pool();
 }
 
 TEST(GetParams, BytesBeyondTheListAreZero) {
     const FreshGlobals globals;
-    forgetAllLists();
-    // The bytes behind the short list are in use: a list of 255s lay there, and another one follows.
-    MaterialRecord first{};
-    set_params(first, Bytes(21, 255));
-    forgetAllLists();
-    MaterialRecord shorter{};
-    MaterialRecord behind{};
-    set_params(shorter, Bytes{9, 8, 7});
-    set_params(behind, Bytes{255, 255, 255});
-    EXPECT_EQ(get_params(shorter), listOf({9, 8, 7}));
-    EXPECT_EQ(get_params(behind), listOf({255, 255, 255}));
+    reuse_pool();
+    // The bytes behind the shorter lists are in use: lists of 255s lay there, and others follow.
+    for (const std::size_t length : {1U, 2U, 3U, 4U, 5U, 12U}) {
+        std::array<MaterialRecord, 2> records{};
+        for (MaterialRecord& record : records) {
+            set_params(record, Bytes(21, 255));
+            set_params(record, Bytes(4, 255));
+        }
+        reuse_pool();
+        set_params(records[0], numbered(1, length));
+        set_params(records[1], Bytes(21, 255));
+        EXPECT_EQ(get_params(records[0]), listOf(numbered(1, length))) << length;
+        EXPECT_EQ(get_params(records[1]), listOf(Bytes(21, 255))) << length;
+    }
 }
 
 TEST(GetParams, OfARecordWithoutListAreZero) {
@@ -152,7 +150,7 @@ TEST(GetParams, OfARecordWithoutListAreZero) {
 
 TEST(GetParams, ListsOfManyBlocksAreAllThere) {
     const FreshGlobals globals;
-    forgetAllLists();
+    reuse_pool();
     // 1 MiB is no multiple of 21, 12 or 3: lists stand right before and right behind its end.
     static constexpr std::array<std::size_t, 4> lengths = {21, 12, 3, 21};
     std::vector<MaterialRecord> records(200'000);
@@ -168,23 +166,27 @@ TEST(GetParams, ListsOfManyBlocksAreAllThere) {
     for (std::size_t i = 0; i < records.size(); ++i) {
         ASSERT_EQ(get_params(records[i]), listOf(numbered(i, lengths[i % lengths.size()]))) << i;
     }
-    forgetAllLists();
+    reuse_pool();
 }
 
 TEST(GetParams, EveryLengthOfListSurvivesTheEndOfABlock) {
     const FreshGlobals globals;
     static constexpr std::size_t block = 1U << 20;
-    for (std::size_t length = 1; length <= maxParams; ++length) {
-        forgetAllLists();
+    // Shorter lists lie in their records.
+    static constexpr std::size_t shortest = 5;
+    for (std::size_t length = shortest; length <= maxParams; ++length) {
+        reuse_pool();
         // Fill up so that a list ends right at the end of the block, just behind it, or just begins there.
         for (const std::size_t beyond : {std::size_t{0}, std::size_t{1}, length - 1}) {
-            forgetAllLists();
+            reuse_pool();
             std::size_t used = 0;
             while (block - used > length - beyond) {
                 const std::size_t rest = block - used - (length - beyond);
+                const bool leavesTooLittle = rest > maxParams && rest < maxParams + shortest;
+                const std::size_t size = leavesTooLittle ? rest - shortest : std::min(rest, maxParams);
                 MaterialRecord filler{};
-                set_params(filler, Bytes(std::min(rest, maxParams), 0xAA));
-                used += std::min(rest, maxParams);
+                set_params(filler, Bytes(size, 0xAA));
+                used += size;
             }
             MaterialRecord last{};
             MaterialRecord next{};
@@ -194,12 +196,12 @@ TEST(GetParams, EveryLengthOfListSurvivesTheEndOfABlock) {
             EXPECT_EQ(get_params(next), listOf(numbered(2, 21))) << length << " " << beyond;
         }
     }
-    forgetAllLists();
+    reuse_pool();
 }
 
 TEST(FreeParams, CountsTheReleaseAndForgetsTheList) {
     const FreshGlobals globals;
-    forgetAllLists();
+    reuse_pool();
     MaterialRecord record{};
     set_params(record, Bytes{1, 2, 3});
     free_params(record);
@@ -216,15 +218,15 @@ TEST(FreeParams, OfNoListIsNotCounted) {
     EXPECT_EQ(freeCount, 0);
 }
 
-TEST(ReuseParamsBehind, GivesTheNextListsTheSamePlaces) {
+TEST(ReusePool, GivesTheNextListsTheSamePlaces) {
     const FreshGlobals globals;
-    forgetAllLists();
+    reuse_pool();
     MaterialRecord white{};
     set_params(white, Bytes{255, 255, 255});
     std::array<MaterialRecord, 2> first{};
     set_params(first[0], numbered(1, 12));
     set_params(first[1], numbered(2, 21));
-    reuse_params_behind(white);
+    reuse_pool();
     std::array<MaterialRecord, 2> second{};
     set_params(second[0], numbered(3, 12));
     set_params(second[1], numbered(4, 21));
@@ -235,9 +237,9 @@ TEST(ReuseParamsBehind, GivesTheNextListsTheSamePlaces) {
     EXPECT_EQ(get_params(white), listOf({255, 255, 255}));
 }
 
-TEST(ReuseParamsBehind, ServesObjectAfterObjectFromTheSameBlocks) {
+TEST(ReusePool, ServesObjectAfterObjectFromTheSameBlocks) {
     const FreshGlobals globals;
-    forgetAllLists();
+    reuse_pool();
     MaterialRecord white{};
     set_params(white, Bytes{255, 255, 255});
     std::uint32_t last = 0;
@@ -253,8 +255,8 @@ TEST(ReuseParamsBehind, ServesObjectAfterObjectFromTheSameBlocks) {
             EXPECT_EQ(record.param, last);
         }
         last = record.param;
-        reuse_params_behind(white);
+        reuse_pool();
     }
     EXPECT_EQ(allocCount, 300'001);
-    forgetAllLists();
+    reuse_pool();
 }
