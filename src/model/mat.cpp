@@ -296,8 +296,9 @@ static void read_material(FileRecord* file, std::int32_t mat_no, MaterialRecord&
 void get_material_desc(FileRecord* file, RSD* object) {
     const bool old = object->version == oldVersion;
     CarriedNumbers carried{};
+    TableWalk<MaterialRecord> walk{.array = material, .index = 1};
     for (std::int32_t i = 0; i < object->nmat; ++i) {
-        auto& record = elementAt<MaterialRecord>(i + 1, material);
+        auto& record = nextElement(walk);
         if (!take_plain_material(file, i, record, old, carried)) {
             read_material(file, i, record, old, carried);
         }
@@ -306,8 +307,9 @@ void get_material_desc(FileRecord* file, RSD* object) {
 }
 
 void free_materials(const RSD* object) {
+    TableWalk<MaterialRecord> walk{.array = material, .index = 1};
     for (std::int32_t i = 0; i < object->nmat; ++i) {
-        free_params(elementAt<MaterialRecord>(i + 1, material));
+        free_params(nextElement(walk));
     }
     reuse_pool(); // the default material has no place there
 }

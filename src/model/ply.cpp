@@ -133,8 +133,9 @@ void get_ply_vertex(FileRecord* file, RSD* object) {
     ReadGeometry& read = object->read;
     read.lowestX = read.lowestY = read.lowestZ = std::numeric_limits<std::int32_t>::max();
     std::array<float, 3> c{};
+    TableWalk<Coordinates> walk{.array = vertex};
     for (std::int32_t i = 0; i < object->nvert; ++i) {
-        auto& record = elementAt<Coordinates>(i, vertex);
+        auto& record = nextElement(walk);
         read_reals(file, plyVertexSyntax, c);
         const std::int32_t x = place(c[0], object->offsetX);
         const std::int32_t y = place(c[1], object->offsetY);
@@ -160,8 +161,9 @@ static std::int16_t fixed_point(float component) {
 void get_ply_normal(FileRecord* file, const RSD* object) {
     forget_normal_table();
     std::array<float, 3> c{};
+    TableWalk<Coordinates> walk{.array = normal};
     for (std::int32_t i = 0; i < object->nnorm; ++i) {
-        auto& record = elementAt<Coordinates>(i, normal);
+        auto& record = nextElement(walk);
         read_reals(file, plyNormalSyntax, c);
         record = {.x = fixed_point(c[0]), .y = fixed_point(c[1]), .z = fixed_point(c[2])};
     }
@@ -207,8 +209,9 @@ void get_ply_polygon(FileRecord* file, const RSD* object) {
     const std::size_t third = object->version == oldVersion ? 1 : 2;
     PolygonLine fields{};
     const std::array<std::int32_t, 8>& index = fields.index;
+    TableWalk<PolygonRecord> walk{.array = polygon};
     for (std::int32_t i = 0; i < object->npoly; ++i) {
-        auto& record = elementAt<PolygonRecord>(i, polygon);
+        auto& record = nextElement(walk);
         read_polygon_line(file, fields);
         // Kept: the gradation bit stays as the table's last object left it.
         record.attr = (fields.type & typeBits) << typeShift | (record.attr & gradationBit);

@@ -53,8 +53,9 @@ static void out_table(FileRecord* file, const ChunkedArray* table, std::int32_t 
     static constexpr std::size_t wordsPerVector = vectorBytes / 4;
     std::array<std::uint32_t, 512 * wordsPerVector> words{};
     std::size_t filled = 0;
+    TableWalk<Coordinates> walk{.array = table};
     for (std::int32_t i = 0; i < count; ++i) {
-        const auto& record = elementAt<Coordinates>(i, table);
+        const auto& record = nextElement(walk);
         words[filled] = wordOf(record.x, record.y);
         words[filled + 1] = wordOf(record.z, 0);
         filled += wordsPerVector;

@@ -3,6 +3,7 @@
 
 #include "utilkit/fopen.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -51,6 +52,28 @@ template <class Record> Record& elementAt(std::int32_t index, const ChunkedArray
     }
     void* block = array->blocks[number / perBlock];
     return static_cast<Record*>(block)[number % perBlock];
+}
+
+/// A way through a table, from the element `index` on.
+template <class Record> struct TableWalk {
+    const ChunkedArray* array;
+    std::int32_t index = 0; // of the element at `end`
+    Record* next = nullptr;
+    Record* end = nullptr; // behind the last one of the stretch that is being walked
+};
+
+/// What elementAt gives for the next index.
+template <class Record> Record& nextElement(TableWalk<Record>& walk) {
+    if (walk.next == walk.end) {
+        static constexpr std::uint32_t perBlock = maxBlockBytes / sizeof(Record);
+        const auto first = static_cast<std::uint32_t>(walk.index);
+        const std::uint32_t count = walk.array == nullptr ? 0 : walk.array->elementCount;
+        const std::uint32_t size = first < count ? std::min(perBlock - first % perBlock, count - first) : 1;
+        walk.next = &elementAt<Record>(walk.index, walk.array);
+        walk.end = walk.next + size;
+        walk.index = static_cast<std::int32_t>(first + size);
+    }
+    return *walk.next++;
 }
 
 /// Releases blocks, block table and header; null is accepted.

@@ -407,6 +407,41 @@ TEST(ElementAt, TakesTheSignedIndexAsItsBits) {
     myFree(array);
 }
 
+TEST(NextElement, GivesWhatElementAtGives) {
+    const FreshGlobals globals;
+    // Two full blocks, and a part of a third one.
+    ChunkedArray* array = numberedPairs(250'003);
+    for (const std::int32_t first : {0, 1, 124'999, 125'000, 250'002}) {
+        TableWalk<Pair> walk{.array = array, .index = first};
+        for (std::int32_t i = first; i < 250'003; ++i) {
+            ASSERT_EQ(&nextElement(walk), &elementAt<Pair>(i, array)) << i;
+        }
+        expectAllZero(&nextElement(walk), sizeof(Pair));
+        nextElement(walk).low = 7; // lost
+        expectAllZero(&nextElement(walk), sizeof(Pair));
+    }
+    myFree(array);
+}
+
+TEST(NextElement, OfANullTableIsZero) {
+    const FreshGlobals globals;
+    TableWalk<Pair> walk{.array = nullptr};
+    nextElement(walk) = {.low = 1, .high = 2};
+    expectAllZero(&nextElement(walk), sizeof(Pair));
+}
+
+TEST(NextElement, VerboseEndsAboveTheElementCount) {
+    const FreshGlobals globals;
+    ChunkedArray* array = numberedPairs(2);
+    Verbose = 1;
+    TableWalk<Pair> walk{.array = array};
+    nextElement(walk);
+    nextElement(walk);
+    nextElement(walk); // the index 2 passes
+    EXPECT_EXIT(nextElement(walk), ExitedWithCode(17), Eq("\nBad index: 3 [0-2]\n"));
+    myFree(array);
+}
+
 TEST(PutMyMem, LeavesOutALastBlockThatIsFull) {
     for (const Written& one : written) {
         SCOPED_TRACE(testing::Message() << one.count << " of " << one.size << " bytes");
