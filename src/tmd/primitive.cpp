@@ -23,8 +23,9 @@ namespace {
 
 using Builder = std::uint32_t (*)(const PolygonRecord& poly, const MaterialRecord& mat, PacketArea& area);
 
-/// What the classification of a polygon comes to.
+/// What a polygon's attribute word comes to.
 struct Classified {
+    std::uint32_t attr; // as the table keeps it
     std::uint32_t mode;
     std::uint32_t flag;
     Builder build;
@@ -32,20 +33,19 @@ struct Classified {
 
 } // namespace
 
-static Classified classify_line(PolygonRecord& poly) {
-    if ((poly.attr & gradationBit) != 0) {
-        return {.mode = codeLine | modeIIP, .flag = flagLGT, .build = gouraud_line};
+static Classified classify_line(std::uint32_t attr) {
+    if ((attr & gradationBit) != 0) {
+        return {.attr = attr, .mode = codeLine | modeIIP, .flag = flagLGT, .build = gouraud_line};
     }
     // Kept: in the table too, so that a flat line never carries the gouraud bit.
-    poly.attr &= ~gouraudBit;
-    return {.mode = codeLine, .flag = flagLGT, .build = flat_line};
+    return {.attr = attr & ~gouraudBit, .mode = codeLine, .flag = flagLGT, .build = flat_line};
 }
 
 static Classified classify_polygon(std::uint32_t attr) {
     const bool gouraud = (attr & gouraudBit) != 0;
     const bool textured = (attr & texturedBit) != 0;
     const bool lightOff = (attr & lightOffBit) != 0;
-    Classified result{.mode = codePolygon, .flag = 0, .build = nullptr};
+    Classified result{.attr = attr, .mode = codePolygon, .flag = 0, .build = nullptr};
     result.mode |= gouraud ? modeIIP : 0;
     result.mode |= primitive_type(attr) == quadrangle ? modeQuad : 0;
     result.mode |= textured ? modeTME : 0;
@@ -61,15 +61,21 @@ static Classified classify_polygon(std::uint32_t attr) {
     return result;
 }
 
-static Classified classify(PolygonRecord& poly) {
-    switch (primitive_type(poly.attr)) {
+static Classified classify_primitive(std::uint32_t attr) {
+    switch (primitive_type(attr)) {
     case line:
-        return classify_line(poly);
+        return classify_line(attr);
     case sprite3d:
-        return {.mode = codeSprite | modeTME, .flag = flagLGT, .build = sprite};
+        return {.attr = attr, .mode = codeSprite | modeTME, .flag = flagLGT, .build = sprite};
     default:
-        return classify_polygon(poly.attr);
+        return classify_polygon(attr);
     }
+}
+
+static Classified classify(std::uint32_t attr) {
+    Classified result = classify_primitive(attr);
+    result.mode |= (attr & translucentBit) != 0 ? modeABE : 0;
+    return result;
 }
 
 std::uint32_t set_primitive(const RSD* object, PacketArea& area, FileRecord* file) {
@@ -77,17 +83,26 @@ std::uint32_t set_primitive(const RSD* object, PacketArea& area, FileRecord* fil
     currentPolygon = 0;
     bool warned = false;
     std::uint32_t total = 0;
+    // Polygons are mostly like the one before.
+    std::uint32_t attr = 0;
+    Classified result = classify(attr);
+    TableWalk<PolygonRecord> walk{.array = polygon};
     for (std::int32_t i = 0; i < object->npoly; ++i) {
-        auto& poly = elementAt<PolygonRecord>(i, polygon);
+        auto& poly = nextElement(walk);
         if (poly.mat_no < 0 && !warned) {
             writePendingWords();
             warn(NO_MATERIAL_MSG);
             warned = true;
         }
         const auto& mat = elementAt<MaterialRecord>(poly.mat_no + 1, material);
-        const Classified result = classify(poly);
-        const std::uint32_t translucent = (poly.attr & translucentBit) != 0 ? modeABE : 0;
-        area[0] = result.flag << 8 * flagOffset | (result.mode | translucent) << 8 * modeOffset;
+        if (poly.attr != attr) {
+            attr = poly.attr;
+            result = classify(attr);
+        }
+        if (result.attr != attr) {
+            poly.attr = result.attr;
+        }
+        area[0] = result.flag << 8 * flagOffset | result.mode << 8 * modeOffset;
         const std::uint32_t size = result.build(poly, mat, area);
         total += size;
         put4Words<largestPacket / 4>(area, size / 4, file);

@@ -402,14 +402,26 @@ TEST(SetPrimitive, LeavesTheSizeOfAFixedSpriteToLaterPackets) {
 
 TEST(SetPrimitive, TakesTheGouraudBitFromFlatLinesInTheTable) {
     const TestDirectory directory;
-    const ModelTables tables({.polygons = 3, .materials = 1});
+    const ModelTables tables({.polygons = 4, .materials = 1});
     polygonAt(0) = {.attr = 0x02E60000, .vert = {1, 2, 3, 4}, .norm = {5, 6, 7, 8}, .mat_no = 0};
     polygonAt(1) = {.attr = 0x02E70000, .vert = {}, .norm = {}, .mat_no = 0}; // a gradation line
     polygonAt(2) = {.attr = 0x02BE0000, .vert = {}, .norm = {}, .mat_no = 0}; // has none
-    writePackets(3);
+    polygonAt(3) = {.attr = 0x02E60000, .vert = {}, .norm = {}, .mat_no = 0};
+    writePackets(4);
     EXPECT_EQ(polygonAt(0).attr, 0x02A60000U);
     EXPECT_EQ(polygonAt(0).vert, (std::array<std::int32_t, 4>{1, 2, 3, 4}));
     EXPECT_EQ(polygonAt(0).norm, (std::array<std::int32_t, 4>{5, 6, 7, 8}));
     EXPECT_EQ(polygonAt(1).attr, 0x02E70000U);
     EXPECT_EQ(polygonAt(2).attr, 0x02BE0000U);
+    EXPECT_EQ(polygonAt(3).attr, 0x02A60000U);
+}
+
+TEST(SetPrimitive, TakesTheGouraudBitFromEqualFlatLines) {
+    const TestDirectory directory;
+    const ModelTables tables({.polygons = 2, .materials = 1});
+    polygonAt(0) = {.attr = 0x02E60000, .vert = {}, .norm = {}, .mat_no = 0};
+    polygonAt(1) = polygonAt(0);
+    writePackets(2);
+    EXPECT_EQ(polygonAt(0).attr, 0x02A60000U);
+    EXPECT_EQ(polygonAt(1).attr, 0x02A60000U);
 }
