@@ -244,7 +244,7 @@ static bool take_plain_material(FileRecord* file, std::int32_t mat_no, MaterialR
     const Order& order = order_of(*kind, old);
     for (std::size_t i = 0; i < kind->written; ++i) {
         std::int32_t number = 0;
-        text = takePlainDecimal(text, number);
+        text = takePlainByte(text, number);
         if (text == nullptr) {
             return false;
         }

@@ -2,8 +2,8 @@
 //
 // A take... function reads one thing at `text` and returns the place behind it, or null, with the value
 // left alone, for anything that is not plain. Nothing is consumed before a whole line has been taken, so that
-// a line of any other kind is left to getLine and scan, which alone say what it means. Every text ends in a
-// null byte, which is not plain.
+// a line of any other kind is left to getLine and scan, which alone say what it means. Every text ends in
+// null bytes, which are not plain.
 #pragma once
 
 #include "utilkit/fopen.hpp"
@@ -72,6 +72,24 @@ inline const char* takePlainDecimal(const char* text, std::int32_t& value) {
     if (end != nullptr) {
         value = static_cast<std::int32_t>(digits);
     }
+    return end;
+}
+
+/// The same, quicker for numbers of up to three digits: no branch hangs on how many there are, which cannot
+/// be guessed where they are colours.
+inline const char* takePlainByte(const char* text, std::int32_t& value) {
+    const std::uint32_t first = digitValue(text[0]);
+    const std::uint32_t second = digitValue(text[1]);
+    const std::uint32_t third = digitValue(text[2]);
+    const auto hasSecond = static_cast<std::size_t>(second <= 9);
+    const std::size_t hasThird = hasSecond & static_cast<std::size_t>(third <= 9);
+    const char* end = endPlainNumber(text + 1 + hasSecond + hasThird);
+    if (first > 9 || end == nullptr) [[unlikely]] {
+        return takePlainDecimal(text, value);
+    }
+    const std::uint32_t two = first * 10 + second;
+    const std::array<std::uint32_t, 3> readings = {first, two, two * 10 + third};
+    value = static_cast<std::int32_t>(readings[hasSecond + hasThird]);
     return end;
 }
 
@@ -203,11 +221,13 @@ inline const char* takePlainReal(const char* text, float& value) {
     return end;
 }
 
+inline constexpr std::array<char, textTerminator> noText{};
+
 /// The pending text of `file`, which begins a line.
 inline const char* plainText(FileRecord* file) {
     TextBlock& block = file->text;
     if (block.bytes == nullptr) {
-        return "";
+        return noText.data();
     }
     if (block.bytes[block.next] == '\n') [[unlikely]] {
         // An empty line, or the rest of a line end of which getLine has taken the CR.

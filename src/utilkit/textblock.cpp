@@ -27,12 +27,12 @@ static bool makeRoom(TextBlock& block) {
     if (block.capacity >= usualCapacity && block.end < block.capacity) {
         return true;
     }
-    // The block stands for the stream's own buffer, so it is not counted.
+    // The block stands for the stream's own buffer, which is not counted either.
     const std::size_t capacity =
         block.capacity == 0 ? firstCapacity : std::max(usualCapacity, 2 * block.capacity);
-    auto* bytes = static_cast<char*>(std::realloc(block.bytes, capacity + 1));
+    auto* bytes = static_cast<char*>(std::realloc(block.bytes, capacity + textTerminator));
     if (bytes == nullptr) {
-        raiseAllocError(strAllocFailed, "getLine", static_cast<std::uint32_t>(capacity + 1), 1);
+        raiseAllocError(strAllocFailed, "getLine", static_cast<std::uint32_t>(capacity + textTerminator), 1);
         return false;
     }
     block.bytes = bytes;
@@ -46,7 +46,7 @@ bool fillTextBlock(TextBlock& block, std::FILE* stream) {
     }
     const std::size_t count = std::fread(block.bytes + block.end, 1, block.capacity - block.end, stream);
     block.end += count;
-    block.bytes[block.end] = '\0';
+    std::memset(block.bytes + block.end, 0, textTerminator);
     return count > 0;
 }
 

@@ -7,12 +7,15 @@
 
 namespace vexbind {
 
+/// Null bytes behind a text: as many as may be looked at together.
+inline constexpr std::size_t textTerminator = 3;
+
 /// Bytes read ahead from one stream. A zeroed record is an empty block.
 struct TextBlock {
-    char* bytes;          // owned, `capacity` + 1 bytes: any text in it can be terminated; null at first
+    char* bytes;          // owned, `capacity` and those of the terminator; null at first
     std::size_t capacity; // 0 before the first fill
     std::size_t next;     // the first byte not handed out yet
-    std::size_t end;      // behind the last byte read; a null byte stands there
+    std::size_t end;      // behind the last byte read; the terminator stands there
 };
 
 /// The bytes read ahead and not handed out yet.

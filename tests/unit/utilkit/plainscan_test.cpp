@@ -157,8 +157,10 @@ void compareReal(Tally& tally, std::string_view text) {
 }
 
 void compareDecimal(Tally& tally, std::string_view text) {
-    const Verdict verdict = compare(takePlainDecimal, scanDecimal, text);
-    tally.add(verdict, verdict == Verdict::refused && isPlainDecimal(text), text);
+    for (const auto take : {takePlainDecimal, takePlainByte}) {
+        const Verdict verdict = compare(take, scanDecimal, text);
+        tally.add(verdict, verdict == Verdict::refused && isPlainDecimal(text), text);
+    }
 }
 
 void compareHexadecimal(Tally& tally, std::string_view text) {
@@ -267,10 +269,28 @@ TEST(TakePlainDecimal, AgreesWithTheScan) {
         spelling.put(randomTail(random));
         compareDecimal(tally, spelling.text());
     }
-    EXPECT_GT(tally.taken, wholeSpellings / 2);
-    EXPECT_GT(tally.refused, wholeSpellings / 8);
+    EXPECT_GT(tally.taken, wholeSpellings);
+    EXPECT_GT(tally.refused, wholeSpellings / 4);
     combine(oddWholes, [&](std::string_view text) { compareDecimal(tally, text); });
     combine(oddReals, [&](std::string_view text) { compareDecimal(tally, text); });
+}
+
+TEST(TakePlainByte, AgreesWithTheScanOnEveryShortNumber) {
+    Tally tally;
+    Spelling spelling;
+    for (int number = 0; number <= 99'999; ++number) {
+        for (const std::string_view zeros : {""sv, "0"sv, "00"sv}) {
+            for (const std::string_view tail : {" "sv, "\t"sv, "\n"sv, "\r\n"sv, "x"sv, ""sv}) {
+                spelling.clear();
+                spelling.put(zeros);
+                spelling.putNumber(number);
+                spelling.put(tail);
+                compareDecimal(tally, spelling.text());
+            }
+        }
+    }
+    EXPECT_EQ(tally.taken, 2 * 3 * 4 * 100'000);
+    EXPECT_EQ(tally.refused, 2 * 3 * 2 * 100'000);
 }
 
 TEST(TakePlainHexadecimal, AgreesWithTheScan) {

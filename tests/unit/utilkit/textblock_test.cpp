@@ -82,7 +82,7 @@ TEST(FillTextBlock, FailsAtTheEndAndOnReadErrors) {
     }
 }
 
-TEST(FillTextBlock, PutsANullByteBehindTheText) {
+TEST(FillTextBlock, PutsNullBytesBehindTheText) {
     const TestDirectory here({{"in", "ab\ncd"}});
     std::FILE* stream = std::fopen("in", "r");
     ASSERT_NE(stream, nullptr);
@@ -90,10 +90,10 @@ TEST(FillTextBlock, PutsANullByteBehindTheText) {
     EXPECT_TRUE(fillTextBlock(block, stream));
     EXPECT_STREQ(block.bytes, "ab\ncd");
     // ... also where something else stood before it was handed out.
-    std::memcpy(block.bytes, "xxxxxx", 6);
+    std::memcpy(block.bytes, "xxxxxxxx", 8);
     block.next = block.end;
     EXPECT_FALSE(fillTextBlock(block, stream));
-    EXPECT_STREQ(block.bytes + block.end, "");
+    EXPECT_EQ(std::string(block.bytes + block.end, 4), std::string("\0\0\0x", 4));
     freeTextBlock(block);
     std::fclose(stream);
 }
