@@ -41,6 +41,10 @@ static bool makeRoom(TextBlock& block) {
 }
 
 bool fillTextBlock(TextBlock& block, std::FILE* stream) {
+    if (block.capacity == 0) {
+        // The stream would read every block in two parts, the second through a buffer of its own.
+        static_cast<void>(std::setvbuf(stream, nullptr, _IONBF, 0));
+    }
     if (!makeRoom(block)) {
         return false;
     }
