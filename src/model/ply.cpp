@@ -212,12 +212,13 @@ void get_ply_polygon(FileRecord* file, const RSD* object) {
     TableWalk<PolygonRecord> walk{.array = polygon};
     for (std::int32_t i = 0; i < object->npoly; ++i) {
         auto& record = nextElement(walk);
+        // Written before anything is read: a page of fresh memory that is read first is mapped twice.
+        record.mat_no = noMaterial;
         read_polygon_line(file, fields);
         // Kept: the gradation bit stays as the table's last object left it.
         record.attr = (fields.type & typeBits) << typeShift | (record.attr & gradationBit);
         record.vert = {index[0], index[second], index[third], index[3]};
         record.norm = {index[4], index[4 + second], index[4 + third], index[7]};
-        record.mat_no = noMaterial;
     }
 }
 
