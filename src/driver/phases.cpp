@@ -12,6 +12,7 @@
 #include "utilkit/drawline.hpp"
 #include "utilkit/errors.hpp"
 #include "utilkit/put4.hpp"
+#include "utilkit/reporttext.hpp"
 
 #include <algorithm>
 #include <cstdint>
@@ -59,7 +60,6 @@ static void print_heading(const char* name) {
     std::fprintf(dout, "< %s >", name);
     drawLine(dout, '-', ruleLength);
     std::fprintf(dout, "\n");
-    std::fflush(dout); // the lines of the packets begin a block
 }
 
 void write_primitives(FileRecord* file) {
@@ -72,6 +72,7 @@ void write_primitives(FileRecord* file) {
         }
         const std::uint32_t bytes = set_primitive(object, TmdData.packet, file);
         writePendingWords();
+        sendReport();
         ObjectEntry& entry = entry_of(i);
         entry.primitive_top = TmdData.objtblBytes + TmdData.primitiveBytes;
         entry.vert_top = TmdData.objtblBytes;

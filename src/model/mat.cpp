@@ -244,7 +244,7 @@ static bool take_plain_material(FileRecord* file, std::int32_t mat_no, MaterialR
     const Order& order = order_of(*kind, old);
     for (std::size_t i = 0; i < kind->written; ++i) {
         std::int32_t number = 0;
-        text = takePlainByte(text, number);
+        text = takePlainShort(text, number);
         if (text == nullptr) {
             return false;
         }
@@ -311,7 +311,7 @@ void free_materials(const RSD* object) {
     for (std::int32_t i = 0; i < object->nmat; ++i) {
         free_params(nextElement(walk));
     }
-    reuse_pool(); // the default material has no place there
+    reuse_pool();
 }
 
 } // namespace vexbind

@@ -1,13 +1,12 @@
 // Owns the pool: blocks of poolBlock bytes, found through a table that grows by one entry at a time. A
-// place in it is the position of a list's first byte; no list crosses two blocks. Lists of one colour, which
-// are most, lie in their records instead.
+// place in it is the position of a list's first byte; no list crosses two blocks. Lists that fit there, such
+// as one colour, which most are, lie in their records instead.
 #include "model/params.hpp"
 
 #include "utilkit/status.hpp"
 #include "utilkit/tracked.hpp"
 #include "utilkit/wrap.hpp"
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -47,7 +46,7 @@ static bool fits_in_record(std::size_t count) {
 }
 
 /// Puts a place for `count` bytes into `place`; false, and nothing done, without memory for it.
-static bool findPlace(std::uint32_t count, std::uint32_t& place) {
+static bool find_place(std::uint32_t count, std::uint32_t& place) {
     std::uint32_t start = poolEnd;
     if (start % poolBlock + count > poolBlock) {
         start += poolBlock - start % poolBlock;
@@ -69,7 +68,7 @@ void set_params(MaterialRecord& record, std::span<const std::uint8_t> bytes) {
     }
     if (fits_in_record(count)) {
         std::memcpy(&record.param, bytes.data(), count);
-    } else if (findPlace(count, record.param)) {
+    } else if (find_place(count, record.param)) {
         std::memcpy(poolAddress(record.param), bytes.data(), count);
     } else {
         raiseAllocError(allocFailed, "UCHAR", count, 1);

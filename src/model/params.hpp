@@ -30,7 +30,8 @@ ParamList get_params(const MaterialRecord& record);
 /// Counts the release of the record's list, if any, and forgets it.
 void free_params(MaterialRecord& record);
 
-/// Gives the places of all lists in the pool to the next ones.
+/// Forgets the lists in the pool, which must not be read any more: their places go to the next ones. Lists of
+/// up to four numbers are in their records and stay.
 void reuse_pool();
 
 } // namespace vexbind

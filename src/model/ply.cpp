@@ -212,7 +212,7 @@ void get_ply_polygon(FileRecord* file, const RSD* object) {
     TableWalk<PolygonRecord> walk{.array = polygon};
     for (std::int32_t i = 0; i < object->npoly; ++i) {
         auto& record = nextElement(walk);
-        // Written before anything is read: a page of fresh memory that is read first is mapped twice.
+        // Stored to before `attr` is loaded: a page of fresh memory costs two page faults otherwise.
         record.mat_no = noMaterial;
         read_polygon_line(file, fields);
         // Kept: the gradation bit stays as the table's last object left it.

@@ -30,6 +30,7 @@ void create_tables() {
     white.shading = 'F';
     white.kind = 'C';
     static constexpr std::array<std::uint8_t, 3> whiteColour = {255, 255, 255};
+    static_assert(whiteColour.size() <= sizeof(MaterialRecord::param), "reuse_pool takes longer lists away");
     set_params(white, whiteColour);
 }
 

@@ -33,8 +33,8 @@ struct MaterialRecord {
     std::uint8_t attr;       // low 8 bits of the MAT line's attribute word
     char shading;            // as written: "F", "G" or another letter, which counts as flat
     char kind;               // as written: "C", "G", "T", "D", "H" or another letter
-    std::uint8_t paramCount; // bytes of `param`
-    std::uint32_t param;     // the line's numbers, or where they are: model/params.hpp
+    std::uint8_t paramCount; // of the line's numbers: 0 to maxParams
+    std::uint32_t param;     // up to four numbers and zeros behind them, or the place of more in the pool
 };
 static_assert(sizeof(MaterialRecord) == 8, "the tables' blocks are sized by it");
 

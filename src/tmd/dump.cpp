@@ -3,7 +3,7 @@
 #include "model/attributes.hpp"
 #include "tmd/current.hpp"
 #include "tmd/report.hpp"
-#include "utilkit/reportline.hpp"
+#include "utilkit/reporttext.hpp"
 
 namespace vexbind {
 
@@ -47,15 +47,14 @@ static void dump_texels(std::FILE* stream, const PacketRow& row, const PacketAre
     if (count == 0) {
         return;
     }
-    ReportLine line{.stream = stream};
-    append(line, "\tUV 0-", count - 1, ":");
+    putReport(stream, "\tUV 0-", count - 1, ":");
     for (const Field field : {UV0, UV1, UV2, UV3}) {
         const std::size_t offset = field_offset(row, field);
         if (offset != 0) {
-            append(line, " (", shown_byte(area, offset), " ", shown_byte(area, offset + 1), ")");
+            putReport(stream, " (", shown_byte(area, offset), " ", shown_byte(area, offset + 1), ")");
         }
     }
-    putReportLine(line);
+    putReport(stream, "\n");
 }
 
 static void dump_colours(std::FILE* stream, const PacketRow& row, const PacketArea& area) {
@@ -69,28 +68,29 @@ static void dump_colours(std::FILE* stream, const PacketRow& row, const PacketAr
         return;
     }
     const char* between = row.colours == ColourDump::ends ? "-" : " ";
-    ReportLine line{.stream = stream};
-    append(line, "\tColor :");
+    putReport(stream, "\tColor :");
     for (std::uint32_t i = 0; i < count; ++i) {
-        append(line, i == 0 ? " " : between);
-        append_colour(line, area, first + std::size_t{4} * i);
+        putReport(stream, i == 0 ? " " : between);
+        put_colour(stream, area, first + std::size_t{4} * i);
     }
-    putReportLine(line);
+    putReport(stream, "\n");
+}
+
+void dump_number(std::FILE* stream) {
+    putReport(stream, "= [", Padded{currentPolygon, 3}, "] ");
 }
 
 void dump_heading(std::FILE* stream, const PolygonHeading& heading, std::uint32_t attr,
                   const PacketArea& area) {
     const bool lightOff = (attr & lightOffBit) != 0;
-    ReportLine line{.stream = stream};
-    append(line, "= [", Padded{currentPolygon, 3}, "] ", heading.title, " ",
-           (attr & translucentBit) != 0 ? "TRANS " : "", (attr & twoSidedBit) != 0 ? heading.twoSided : "",
-           (attr & gradationBit) != 0 && !lightOff ? heading.graded : "",
-           primitive_type(attr) == triangle ? "3" : "4", "-POLY(", Hexadecimal{area[0]},
-           ") LIGHT: ", lightOff ? "OFF" : "ON", " =");
-    putReportLine(line);
+    dump_number(stream);
+    putReport(stream, heading.title, " ", (attr & translucentBit) != 0 ? "TRANS " : "",
+              (attr & twoSidedBit) != 0 ? heading.twoSided : "",
+              (attr & gradationBit) != 0 && !lightOff ? heading.graded : "",
+              primitive_type(attr) == triangle ? "3" : "4", "-POLY(0x", Hexadecimal{area[0]},
+              ") LIGHT: ", lightOff ? "OFF" : "ON", " =\n");
     if (primitive_type(attr) > quadrangle) {
-        append(line, " <Bad Data>");
-        putReportLine(line);
+        putReport(stream, " <Bad Data>\n");
     }
 }
 

@@ -15,6 +15,9 @@ struct PolygonHeading {
     const char* graded;   // the word for a lit polygon with a colour per vertex; may be empty
 };
 
+/// Prints how the heading of any packet begins: the number of the polygon.
+void dump_number(std::FILE* stream);
+
 /// Prints the heading of the polygon with the attribute word `attr`.
 void dump_heading(std::FILE* stream, const PolygonHeading& heading, std::uint32_t attr,
                   const PacketArea& area);

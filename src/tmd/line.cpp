@@ -2,10 +2,9 @@
 
 #include "model/attributes.hpp"
 #include "settings/settings.hpp"
-#include "tmd/current.hpp"
 #include "tmd/dump.hpp"
 #include "tmd/packets.hpp"
-#include "utilkit/reportline.hpp"
+#include "utilkit/reporttext.hpp"
 
 namespace vexbind {
 
@@ -15,10 +14,9 @@ static std::uint32_t build(PacketVariant variant, const char* title, const Polyg
     const ParamList colours = get_params(mat);
     const std::uint32_t size = emit_packet(row, {.colours = colours, .poly = poly}, area);
     if (Dump >= dumpDetails) {
-        ReportLine line{.stream = dout};
-        append(line, "= [", Padded{currentPolygon, 3}, "] ", title, " ",
-               (poly.attr & translucentBit) != 0 ? "TRANS " : "", "LINE(", Hexadecimal{area[0]}, ") =");
-        putReportLine(line);
+        dump_number(dout);
+        putReport(dout, title, " ", (poly.attr & translucentBit) != 0 ? "TRANS " : "", "LINE(0x",
+                  Hexadecimal{area[0]}, ") =\n");
         dump_fields(dout, row, area);
     }
     return size;

@@ -3,7 +3,6 @@
 
 #include "model/attributes.hpp"
 #include "model/tables.hpp"
-#include "settings/settings.hpp"
 #include "tmd/current.hpp"
 #include "tmd/line.hpp"
 #include "tmd/modes.hpp"
@@ -13,6 +12,9 @@
 #include "tmd/texture.hpp"
 #include "utilkit/errors.hpp"
 #include "utilkit/put4.hpp"
+#include "utilkit/reporttext.hpp"
+
+#include <cstdio>
 
 namespace vexbind {
 
@@ -84,26 +86,28 @@ std::uint32_t set_primitive(const RSD* object, PacketArea& area, FileRecord* fil
     bool warned = false;
     std::uint32_t total = 0;
     // Polygons are mostly like the one before.
-    std::uint32_t attr = 0;
-    Classified result = classify(attr);
+    std::uint32_t lastAttr = 0;
+    Classified last = classify(lastAttr);
     TableWalk<PolygonRecord> walk{.array = polygon};
     for (std::int32_t i = 0; i < object->npoly; ++i) {
         auto& poly = nextElement(walk);
         if (poly.mat_no < 0 && !warned) {
             writePendingWords();
+            sendReport();
             warn(NO_MATERIAL_MSG);
+            std::fflush(stdout);
             warned = true;
         }
         const auto& mat = elementAt<MaterialRecord>(poly.mat_no + 1, material);
-        if (poly.attr != attr) {
-            attr = poly.attr;
-            result = classify(attr);
+        if (poly.attr != lastAttr) {
+            lastAttr = poly.attr;
+            last = classify(lastAttr);
         }
-        if (result.attr != attr) {
-            poly.attr = result.attr;
+        if (last.attr != lastAttr) {
+            poly.attr = last.attr; // of flat lines alone: not all of the table is to be written back
         }
-        area[0] = result.flag << 8 * flagOffset | result.mode << 8 * modeOffset;
-        const std::uint32_t size = result.build(poly, mat, area);
+        area[0] = last.flag << 8 * flagOffset | last.mode << 8 * modeOffset;
+        const std::uint32_t size = last.build(poly, mat, area);
         total += size;
         put4Words<largestPacket / 4>(area, size / 4, file);
         ++currentPolygon;

@@ -7,7 +7,7 @@
 #include "tmd/current.hpp"
 #include "tmd/modes.hpp"
 #include "utilkit/drawline.hpp"
-#include "utilkit/reportline.hpp"
+#include "utilkit/reporttext.hpp"
 
 #include <array>
 
@@ -56,19 +56,19 @@ static bool leaves_16_bits(std::int32_t coordinate) {
 
 static constexpr std::size_t coordinateWidth = 6;
 
-/// Appends element `index` and puts its coordinates into `shown`; false, with words that say so, when the
-/// current object has no such element.
-static bool append_element(ReportLine& line, const NamedTable& from, std::int32_t index,
-                           std::int32_t position, Coordinates& shown) {
+/// Puts element `index` and gives its coordinates to `shown`; false, with words that say so, when the
+/// current object has no such element. The caller ends the line.
+static bool put_element(std::FILE* stream, const NamedTable& from, std::int32_t index, std::int32_t position,
+                        Coordinates& shown) {
     const auto number = static_cast<std::uint32_t>(index);
-    append(line, "\t", from.label, "-", position, ": ");
+    putReport(stream, "\t", from.label, "-", position, ": ");
     if (index >= from.count) {
-        append(line, "Bad ", from.noun, ": ", number);
+        putReport(stream, "Bad ", from.noun, ": ", number);
         return false;
     }
     shown = elementAt<Coordinates>(index, from.table);
-    append(line, "(", Padded{shown.x, coordinateWidth}, ", ", Padded{shown.y, coordinateWidth}, ", ",
-           Padded{shown.z, coordinateWidth}, ") (#", number, ")");
+    putReport(stream, "(", Padded{shown.x, coordinateWidth}, ", ", Padded{shown.y, coordinateWidth}, ", ",
+              Padded{shown.z, coordinateWidth}, ") (#", number, ")");
     return true;
 }
 
@@ -76,12 +76,10 @@ std::int32_t printVert(std::FILE* stream, std::int32_t index, std::int32_t posit
     Coordinates shown{};
     const NamedTable vertices{
         .label = "Vert", .noun = "vertex", .table = vertex, .count = currentObject->nvert};
-    ReportLine line{.stream = stream};
-    const bool found = append_element(line, vertices, index, position, shown);
+    const bool found = put_element(stream, vertices, index, position, shown);
     // Kept: coordinates have 16 bits by now, so the mark never shows.
     const bool overflow = leaves_16_bits(shown.x) || leaves_16_bits(shown.y) || leaves_16_bits(shown.z);
-    append(line, overflow ? " overflow!!" : ""); // GCOVR_EXCL_BR_LINE: never so, as said
-    putReportLine(line);
+    putReport(stream, overflow ? " overflow!!\n" : "\n"); // GCOVR_EXCL_BR_LINE: never so, as said
     return found ? 1 : 0;
 }
 
@@ -89,25 +87,23 @@ std::int32_t printNorm(std::FILE* stream, std::int32_t index, std::int32_t posit
     Coordinates shown{};
     const NamedTable normals{
         .label = "Norm", .noun = "normal", .table = normal, .count = currentObject->nnorm};
-    ReportLine line{.stream = stream};
-    const bool found = append_element(line, normals, index, position, shown);
-    putReportLine(line);
+    const bool found = put_element(stream, normals, index, position, shown);
+    putReport(stream, "\n");
     return found ? 1 : 0;
 }
 
-void append_colour(ReportLine& line, const PacketArea& area, std::size_t offset) {
-    append(line, "(", shown_byte(area, offset), " ", shown_byte(area, offset + 1), " ",
-           shown_byte(area, offset + 2), ")");
+void put_colour(std::FILE* stream, const PacketArea& area, std::size_t offset) {
+    putReport(stream, "(", shown_byte(area, offset), " ", shown_byte(area, offset + 1), " ",
+              shown_byte(area, offset + 2), ")");
 }
 
 void printColors(std::FILE* stream, const PacketArea& area, std::size_t offset, std::uint32_t count) {
-    ReportLine line{.stream = stream};
-    append(line, "\tColor", count < 2 ? " : " : "s: ");
+    putReport(stream, "\tColor", count < 2 ? " : " : "s: ");
     for (std::uint32_t i = 0; i < count; ++i) {
-        append_colour(line, area, offset + std::size_t{4} * i);
-        append(line, " ");
+        put_colour(stream, area, offset + std::size_t{4} * i);
+        putReport(stream, " ");
     }
-    putReportLine(line);
+    putReport(stream, "\n");
 }
 
 // Kept: the names of the pixel modes and of the translucencies follow one another, and pixel mode 3 shows the
@@ -130,24 +126,19 @@ void printEtc(std::FILE* stream, const PacketArea& area, const MaterialRecord& m
     const std::uint32_t tsb = get_half(area, isSprite ? 6 : 10);
 
     const std::uint32_t pixelMode = tsb >> (arcade == arcadeLayoutA ? 9 : 7) & 3;
-    ReportLine line{.stream = stream};
-    append(line, "\tPixel mode  : ", modeNames[pixelMode]);
+    putReport(stream, "\tPixel mode  : ", modeNames[pixelMode]);
     if (pixelMode < 2) {
-        const std::uint32_t rows = arcade == homeLayout ? 0x1FF : 0x3FF;
-        append(line, " CLUT : (x y)=(", Padded{std::int64_t{clut & 63} * 16, 3}, " ",
-               Padded{clut >> 6 & rows, 3}, ")");
+        const std::uint32_t column = (clut & 63) * 16;
+        const std::uint32_t row = clut >> 6 & (arcade == homeLayout ? 0x1FF : 0x3FF);
+        putReport(stream, " CLUT : (x y)=(", Padded{column, 3}, " ", Padded{row, 3}, ")");
     }
-    putReportLine(line);
-
     const std::uint32_t page = tsb & (arcade == arcadeLayoutA ? 127 : 31);
     const std::uint32_t lowerPages = arcade == arcadeLayoutB ? (tsb & 0x800) >> 6 : 0;
-    append(line, "\tTexture Page: ", Padded{page + lowerPages, 2},
-           "   Texture No. : ", Padded{get_params(mat)[textureNumber], 2});
-    putReportLine(line);
+    putReport(stream, "\n\tTexture Page: ", Padded{page + lowerPages, 2},
+              "   Texture No. : ", Padded{get_params(mat)[textureNumber], 2}, "\n");
     if ((mode & modeABE) != 0) {
         const std::uint32_t rate = tsb >> (arcade == arcadeLayoutA ? 7 : 5) & 3;
-        append(line, "\tTranslucency: ", modeNames[pixelModeNames + rate]);
-        putReportLine(line);
+        putReport(stream, "\tTranslucency: ", modeNames[pixelModeNames + rate], "\n");
     }
 }
 

@@ -5,7 +5,7 @@
 #include "model/tables.hpp"
 #include "tmd/packetarea.hpp"
 #include "tmd/tmdux.hpp"
-#include "utilkit/reportline.hpp"
+#include "utilkit/reporttext.hpp"
 
 #include <cstdint>
 #include <cstdio>
@@ -22,13 +22,13 @@ std::int32_t printVert(std::FILE* stream, std::int32_t index, std::int32_t posit
 /// The same for a normal.
 std::int32_t printNorm(std::FILE* stream, std::int32_t index, std::int32_t position);
 
-/// The byte at `offset` of a packet, as the dump shows it.
+/// The byte at `offset` of a packet as the dump shows it, in three columns.
 inline Padded shown_byte(const PacketArea& area, std::size_t offset) {
     return {.number = get_byte(area, offset), .width = 3};
 }
 
-/// Appends the colour word at `offset` of a packet.
-void append_colour(ReportLine& line, const PacketArea& area, std::size_t offset);
+/// Puts the colour whose word is at `offset` of a packet: "(  1   2   3)", red, green and blue.
+void put_colour(std::FILE* stream, const PacketArea& area, std::size_t offset);
 
 /// Prints `count` colour words of a packet, the first of them at `offset`.
 void printColors(std::FILE* stream, const PacketArea& area, std::size_t offset, std::uint32_t count);

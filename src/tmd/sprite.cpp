@@ -2,12 +2,12 @@
 
 #include "model/attributes.hpp"
 #include "settings/settings.hpp"
-#include "tmd/current.hpp"
+#include "tmd/dump.hpp"
 #include "tmd/modes.hpp"
 #include "tmd/packets.hpp"
 #include "tmd/report.hpp"
 #include "tmd/texcoord.hpp"
-#include "utilkit/reportline.hpp"
+#include "utilkit/reporttext.hpp"
 
 namespace vexbind {
 
@@ -38,14 +38,13 @@ static void dump(const PacketRow& row, std::uint32_t attr, const MaterialRecord&
                  const PacketArea& area) {
     using enum Field;
     const std::size_t uv = field_offset(row, UV0);
-    ReportLine line{.stream = dout};
-    append(line, "= [", Padded{currentPolygon, 3}, "] ", (attr & translucentBit) != 0 ? "TRANS " : "",
-           "3D SPRITE(", Hexadecimal{area[0]}, ") =");
-    putReportLine(line);
+    dump_number(dout);
+    putReport(dout, (attr & translucentBit) != 0 ? "TRANS " : "", "3D SPRITE(0x", Hexadecimal{area[0]},
+              ") =\n");
     printVert(dout, get_half(area, field_offset(row, V0)), 0);
-    append(line, "\t(u v, wxh) = (", get_byte(area, uv), ", ", get_byte(area, uv + 1), ", ",
-           get_half(area, field_offset(row, width)), "x", get_half(area, field_offset(row, height)), ")");
-    putReportLine(line);
+    putReport(dout, "\t(u v, wxh) = (", get_byte(area, uv), ", ", get_byte(area, uv + 1), ", ",
+              get_half(area, field_offset(row, width)), "x", get_half(area, field_offset(row, height)),
+              ")\n");
     printEtc(dout, area, mat);
 }
 

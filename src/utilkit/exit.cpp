@@ -3,6 +3,7 @@
 #include "settings/settings.hpp"
 #include "utilkit/chdir.hpp"
 #include "utilkit/put4.hpp"
+#include "utilkit/reporttext.hpp"
 
 #include <cstdlib>
 
@@ -10,6 +11,7 @@ namespace vexbind {
 
 void Exit(std::int32_t status) {
     writePendingWords();
+    sendReport();
     chDir(cwd.data());
     std::exit(status);
 }

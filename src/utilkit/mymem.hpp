@@ -54,15 +54,15 @@ template <class Record> Record& elementAt(std::int32_t index, const ChunkedArray
     return static_cast<Record*>(block)[number % perBlock];
 }
 
-/// A way through a table, from the element `index` on.
+/// A way through a table, from the element `index` on. The table stays as it is meanwhile.
 template <class Record> struct TableWalk {
     const ChunkedArray* array;
-    std::int32_t index = 0; // of the element at `end`
+    std::int32_t index = 0; // where the next stretch begins
     Record* next = nullptr;
-    Record* end = nullptr; // behind the last one of the stretch that is being walked
+    Record* end = nullptr; // of the stretch that is being walked
 };
 
-/// What elementAt gives for the next index.
+/// Gives what elementAt gives for the next index, also outside the table, and steps on.
 template <class Record> Record& nextElement(TableWalk<Record>& walk) {
     if (walk.next == walk.end) {
         static constexpr std::uint32_t perBlock = maxBlockBytes / sizeof(Record);

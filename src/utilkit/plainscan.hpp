@@ -8,6 +8,7 @@
 
 #include "utilkit/fopen.hpp"
 #include "utilkit/scan.hpp"
+#include "utilkit/textblock.hpp"
 #include "utilkit/wrap.hpp"
 
 #include <array>
@@ -75,9 +76,9 @@ inline const char* takePlainDecimal(const char* text, std::int32_t& value) {
     return end;
 }
 
-/// The same, quicker for numbers of up to three digits: no branch hangs on how many there are, which cannot
-/// be guessed where they are colours.
-inline const char* takePlainByte(const char* text, std::int32_t& value) {
+/// takePlainDecimal, quicker for up to three digits: the number is read in all three lengths and one is
+/// picked, as nobody can predict how long the next colour is. Looks at three characters from `text` on.
+inline const char* takePlainShort(const char* text, std::int32_t& value) {
     const std::uint32_t first = digitValue(text[0]);
     const std::uint32_t second = digitValue(text[1]);
     const std::uint32_t third = digitValue(text[2]);
@@ -221,7 +222,8 @@ inline const char* takePlainReal(const char* text, float& value) {
     return end;
 }
 
-inline constexpr std::array<char, textTerminator> noText{};
+/// The text of a file of which nothing has been read.
+inline constexpr std::array<char, terminatorBytes> noText{};
 
 /// The pending text of `file`, which begins a line.
 inline const char* plainText(FileRecord* file) {

@@ -22,7 +22,7 @@ std::int32_t put4Bytes(std::uint32_t value, FileRecord* file);
 std::int32_t put4ByteArray(const std::uint32_t* words, std::int32_t count, FileRecord* file);
 
 /// Bytes that were put and not written yet, all of one file. What is put into another file sends them on
-/// their way, as do put4Bytes, fileSeek, fileClose and Exit.
+/// their way, as do put4Bytes, fileSeek, fileClose, sendReport and Exit.
 struct PendingWords {
     FileRecord* file; // null when there are none
     std::size_t end;
@@ -31,7 +31,7 @@ struct PendingWords {
 extern PendingWords pendingWords;
 
 /// Hands the pending bytes to their stream and flushes it. When either fails, the bytes are lost and the
-/// stream remembers it.
+/// stream remembers it; nothing is written to it any more.
 void writePendingWords();
 
 /// put4ByteArray for the first `count` words of a small array: at least one, at most `few`.

@@ -30,9 +30,9 @@ static bool makeRoom(TextBlock& block) {
     // The block stands for the stream's own buffer, which is not counted either.
     const std::size_t capacity =
         block.capacity == 0 ? firstCapacity : std::max(usualCapacity, 2 * block.capacity);
-    auto* bytes = static_cast<char*>(std::realloc(block.bytes, capacity + textTerminator));
+    auto* bytes = static_cast<char*>(std::realloc(block.bytes, capacity + terminatorBytes));
     if (bytes == nullptr) {
-        raiseAllocError(strAllocFailed, "getLine", static_cast<std::uint32_t>(capacity + textTerminator), 1);
+        raiseAllocError(strAllocFailed, "getLine", static_cast<std::uint32_t>(capacity + terminatorBytes), 1);
         return false;
     }
     block.bytes = bytes;
@@ -41,16 +41,17 @@ static bool makeRoom(TextBlock& block) {
 }
 
 bool fillTextBlock(TextBlock& block, std::FILE* stream) {
-    if (block.capacity == 0) {
-        // The stream would read every block in two parts, the second through a buffer of its own.
-        static_cast<void>(std::setvbuf(stream, nullptr, _IONBF, 0));
-    }
+    const bool isFirst = block.capacity == 0;
     if (!makeRoom(block)) {
         return false;
     }
+    if (isFirst) {
+        // The library would read every block in two parts, the second one through a buffer of its own.
+        static_cast<void>(std::setvbuf(stream, nullptr, _IONBF, 0));
+    }
     const std::size_t count = std::fread(block.bytes + block.end, 1, block.capacity - block.end, stream);
     block.end += count;
-    std::memset(block.bytes + block.end, 0, textTerminator);
+    std::memset(block.bytes + block.end, 0, terminatorBytes);
     return count > 0;
 }
 

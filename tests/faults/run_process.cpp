@@ -7,6 +7,7 @@
 #include "utilkit/chdir.hpp"
 #include "utilkit/exit.hpp"
 #include "utilkit/put4.hpp"
+#include "utilkit/reporttext.hpp"
 
 #include <csignal>
 #include <cstdio>
@@ -245,6 +246,7 @@ bool serveAlone(const RunPlace& place) {
 // The program's own, but that a run can give its process back.
 void vexbind::Exit(std::int32_t status) {
     writePendingWords();
+    sendReport();
     chDir(cwd.data());
     if (givesProcessBack)
         throw EndOfRun{status};

@@ -5,6 +5,7 @@
 #include "utilkit/errors.hpp"
 #include "utilkit/exit.hpp"
 #include "utilkit/put4.hpp"
+#include "utilkit/reporttext.hpp"
 #include "utilkit/status.hpp"
 #include "utilkit/tracked.hpp"
 
@@ -106,6 +107,7 @@ std::int32_t statusOf(void (*body)()) {
 // In the place of src/utilkit/exit.cpp.
 void vexbind::Exit(std::int32_t status) {
     writePendingWords();
+    sendReport();
     chDir(cwd.data());
     throw EndOfRun{status};
 }

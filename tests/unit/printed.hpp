@@ -1,6 +1,8 @@
 // What a routine prints.
 #pragma once
 
+#include "utilkit/reporttext.hpp"
+
 #include <cstdio>
 #include <string>
 
@@ -11,6 +13,7 @@ template <class Print> std::string printed(Print print) {
         return "no temporary file";
     }
     print(stream);
+    vexbind::sendReport();
     std::rewind(stream);
     std::string text;
     for (int character = std::fgetc(stream); character != EOF; character = std::fgetc(stream)) {

@@ -409,17 +409,29 @@ TEST(ElementAt, TakesTheSignedIndexAsItsBits) {
 
 TEST(NextElement, GivesWhatElementAtGives) {
     const FreshGlobals globals;
-    // Two full blocks, and a part of a third one.
-    ChunkedArray* array = numberedPairs(250'003);
-    for (const std::int32_t first : {0, 1, 124'999, 125'000, 250'002}) {
-        TableWalk<Pair> walk{.array = array, .index = first};
-        for (std::int32_t i = first; i < 250'003; ++i) {
-            ASSERT_EQ(&nextElement(walk), &elementAt<Pair>(i, array)) << i;
+    // Less than a block, two full blocks, and a part of a third one with them.
+    for (const std::int32_t count : {3, 250'000, 250'003}) {
+        ChunkedArray* array = numberedPairs(static_cast<std::uint32_t>(count));
+        for (const std::int32_t first : {0, 1, 124'999, 125'000, count - 1, count, count + 1}) {
+            TableWalk<Pair> walk{.array = array, .index = first};
+            for (std::int32_t i = first; i < count; ++i) {
+                ASSERT_EQ(&nextElement(walk), &elementAt<Pair>(i, array)) << i << " of " << count;
+            }
+            expectAllZero(&nextElement(walk), sizeof(Pair));
+            nextElement(walk).low = 7; // lost
+            expectAllZero(&nextElement(walk), sizeof(Pair));
         }
-        expectAllZero(&nextElement(walk), sizeof(Pair));
-        nextElement(walk).low = 7; // lost
-        expectAllZero(&nextElement(walk), sizeof(Pair));
+        myFree(array);
     }
+}
+
+TEST(NextElement, GoesOnFromTheLargestIndexWithTheFirst) {
+    const FreshGlobals globals;
+    ChunkedArray* array = numberedPairs(2);
+    TableWalk<Pair> walk{.array = array, .index = -1};
+    expectAllZero(&nextElement(walk), sizeof(Pair));
+    EXPECT_EQ(&nextElement(walk), pairAt(0, array));
+    EXPECT_EQ(&nextElement(walk), pairAt(1, array));
     myFree(array);
 }
 

@@ -157,7 +157,7 @@ void compareReal(Tally& tally, std::string_view text) {
 }
 
 void compareDecimal(Tally& tally, std::string_view text) {
-    for (const auto take : {takePlainDecimal, takePlainByte}) {
+    for (const auto take : {takePlainDecimal, takePlainShort}) {
         const Verdict verdict = compare(take, scanDecimal, text);
         tally.add(verdict, verdict == Verdict::refused && isPlainDecimal(text), text);
     }
@@ -275,7 +275,7 @@ TEST(TakePlainDecimal, AgreesWithTheScan) {
     combine(oddReals, [&](std::string_view text) { compareDecimal(tally, text); });
 }
 
-TEST(TakePlainByte, AgreesWithTheScanOnEveryShortNumber) {
+TEST(TakePlainShort, AgreesWithTheScanOnEveryShortNumber) {
     Tally tally;
     Spelling spelling;
     for (int number = 0; number <= 99'999; ++number) {

@@ -88,7 +88,7 @@ TEST(FillTextBlock, PutsNullBytesBehindTheText) {
     ASSERT_NE(stream, nullptr);
     TextBlock block{};
     EXPECT_TRUE(fillTextBlock(block, stream));
-    EXPECT_STREQ(block.bytes, "ab\ncd");
+    EXPECT_EQ(std::string(block.bytes, 8), std::string("ab\ncd\0\0\0", 8));
     // ... also where something else stood before it was handed out.
     std::memcpy(block.bytes, "xxxxxxxx", 8);
     block.next = block.end;
