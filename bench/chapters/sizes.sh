@@ -36,7 +36,8 @@ size_rows() {
     size_row "1000000, $2" 9 "${1}1000000"
     mv a.tmd "$1.tmd"
     {
-        ratio_goals "time of 1000000 by the floor's, $2" 3.4
+        # The floor only skims over the numbers of a line: the goal is for one kind of them.
+        [ "$1" != ranges ] || ratio_goals "time of 1000000 by the floor's, $2" 3.4
         goal "peak memory of 1000000, $2" "$(figure 2 peak)" "$3" MiB
         # Each has a file of its own: the shorter run should not have to clear away what the longer wrote.
         compare 9 "$program" -o few.tmd "${1}100000.rsd" + "$program" -o many.tmd "${1}1000000.rsd"
