@@ -97,6 +97,13 @@ void* outsideElement(std::uint32_t index, const ChunkedArray* array) {
     return spare.data();
 }
 
+std::uint32_t stretchFrom(std::uint32_t index, const ChunkedArray* array) {
+    if (array == nullptr || index >= array->elementCount) {
+        return 1;
+    }
+    return std::min(array->elementsPerBlock - index % array->elementsPerBlock, array->elementCount - index);
+}
+
 void myFree(ChunkedArray* array) {
     if (array == nullptr) {
         return;

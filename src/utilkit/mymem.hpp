@@ -2,8 +2,8 @@
 #pragma once
 
 #include "utilkit/fopen.hpp"
+#include "utilkit/wrap.hpp"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -54,6 +54,9 @@ template <class Record> Record& elementAt(std::int32_t index, const ChunkedArray
     return static_cast<Record*>(block)[number % perBlock];
 }
 
+/// How many elements lie side by side from `index` on, all of them in the table; 1 outside it.
+std::uint32_t stretchFrom(std::uint32_t index, const ChunkedArray* array);
+
 /// A way through a table, from the element `index` on. The table stays as it is meanwhile.
 template <class Record> struct TableWalk {
     const ChunkedArray* array;
@@ -65,13 +68,10 @@ template <class Record> struct TableWalk {
 /// Gives what elementAt gives for the next index, also outside the table, and steps on.
 template <class Record> Record& nextElement(TableWalk<Record>& walk) {
     if (walk.next == walk.end) {
-        static constexpr std::uint32_t perBlock = maxBlockBytes / sizeof(Record);
-        const auto first = static_cast<std::uint32_t>(walk.index);
-        const std::uint32_t count = walk.array == nullptr ? 0 : walk.array->elementCount;
-        const std::uint32_t size = first < count ? std::min(perBlock - first % perBlock, count - first) : 1;
+        const std::uint32_t size = stretchFrom(static_cast<std::uint32_t>(walk.index), walk.array);
         walk.next = &elementAt<Record>(walk.index, walk.array);
         walk.end = walk.next + size;
-        walk.index = static_cast<std::int32_t>(first + size);
+        walk.index = wrapAdd(walk.index, size);
     }
     return *walk.next++;
 }

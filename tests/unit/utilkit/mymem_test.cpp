@@ -417,9 +417,12 @@ TEST(NextElement, GivesWhatElementAtGives) {
             for (std::int32_t i = first; i < count; ++i) {
                 ASSERT_EQ(&nextElement(walk), &elementAt<Pair>(i, array)) << i << " of " << count;
             }
-            expectAllZero(&nextElement(walk), sizeof(Pair));
-            nextElement(walk).low = 7; // lost
-            expectAllZero(&nextElement(walk), sizeof(Pair));
+            for (int outside = 0; outside < 3; ++outside) {
+                Pair& spare = nextElement(walk);
+                EXPECT_EQ(&spare, &elementAt<Pair>(-1, array));
+                expectAllZero(&spare, sizeof(Pair));
+                spare.low = 7; // lost
+            }
         }
         myFree(array);
     }
@@ -439,7 +442,9 @@ TEST(NextElement, OfANullTableIsZero) {
     const FreshGlobals globals;
     TableWalk<Pair> walk{.array = nullptr};
     nextElement(walk) = {.low = 1, .high = 2};
-    expectAllZero(&nextElement(walk), sizeof(Pair));
+    Pair& spare = nextElement(walk);
+    EXPECT_EQ(&spare, &elementAt<Pair>(0, nullptr));
+    expectAllZero(&spare, sizeof(Pair));
 }
 
 TEST(NextElement, VerboseEndsAboveTheElementCount) {
