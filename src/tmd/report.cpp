@@ -54,7 +54,9 @@ static bool leaves_16_bits(std::int32_t coordinate) {
     return coordinate > INT16_MAX || coordinate < INT16_MIN; // GCOVR_EXCL_BR_LINE: see printVert
 }
 
-static constexpr std::size_t coordinateWidth = 6;
+static Padded shown_coordinate(std::int16_t coordinate) {
+    return {.number = coordinate, .width = 6};
+}
 
 /// Puts element `index` and gives its coordinates to `shown`; false, with words that say so, when the
 /// current object has no such element. The caller ends the line.
@@ -67,8 +69,8 @@ static bool put_element(std::FILE* stream, const NamedTable& from, std::int32_t 
         return false;
     }
     shown = elementAt<Coordinates>(index, from.table);
-    putReport(stream, "(", Padded{shown.x, coordinateWidth}, ", ", Padded{shown.y, coordinateWidth}, ", ",
-              Padded{shown.z, coordinateWidth}, ") (#", number, ")");
+    putReport(stream, "(", shown_coordinate(shown.x), ", ", shown_coordinate(shown.y), ", ",
+              shown_coordinate(shown.z), ") (#", number, ")");
     return true;
 }
 
@@ -134,8 +136,9 @@ void printEtc(std::FILE* stream, const PacketArea& area, const MaterialRecord& m
     }
     const std::uint32_t page = tsb & (arcade == arcadeLayoutA ? 127 : 31);
     const std::uint32_t lowerPages = arcade == arcadeLayoutB ? (tsb & 0x800) >> 6 : 0;
-    putReport(stream, "\n\tTexture Page: ", Padded{page + lowerPages, 2},
-              "   Texture No. : ", Padded{get_params(mat)[textureNumber], 2}, "\n");
+    const std::uint32_t texture = get_params(mat)[textureNumber];
+    putReport(stream, "\n\tTexture Page: ", Padded{page + lowerPages, 2});
+    putReport(stream, "   Texture No. : ", Padded{texture, 2}, "\n");
     if ((mode & modeABE) != 0) {
         const std::uint32_t rate = tsb >> (arcade == arcadeLayoutA ? 7 : 5) & 3;
         putReport(stream, "\tTranslucency: ", modeNames[pixelModeNames + rate], "\n");
