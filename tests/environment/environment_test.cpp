@@ -44,6 +44,26 @@ TEST_F(Environment, PacketsOfADumpThatIsBrokenOffAreInTheTmd) {
     EXPECT_GE(left("out.tmd").size(), 12U + 28U + 16U * 20U);
 }
 
+// Into one log: the dump so far is sent on with the warning, and not only when the next object is read.
+TEST_F(Environment, WarningOfMissingMaterialSendsTheReportOn) {
+    const std::string body = "3 1 2\n0 0 0\n1 0 0\n0 1 0\n0 0 1\n0 0 1 2 0 0 0 0 0\n0 2 1 0 0 0 0 0 0\n";
+    writeFiles(directory, {{"a.rsd", "@RSD940102\nPLY=a.ply\nMAT=m.mat\nNTEX=0\n"},
+                           {"b.rsd", "@RSD940102\nPLY=b.ply\nMAT=m.mat\nNTEX=0\n"},
+                           {"a.ply", "@PLY940102\n" + body},
+                           {"b.ply", "@PLY940102\n" + body},
+                           {"m.mat", "@MAT940102\n1\n0 0 F C 1 2 3\n"}});
+    EXPECT_EQ(run("vexbind -v -info -o out.tmd a.rsd b.rsd >log 2>&1"), 0);
+    const std::string log = left("log");
+    const std::size_t first = log.find("= [  0] FLAT NO TEX 3-POLY");
+    const std::size_t second = log.find("= [  1] FLAT NO TEX 3-POLY");
+    const std::size_t nextObject = log.find("(Reading b.ply...)");
+    ASSERT_NE(log.find("WARNING: Some primitives have no material"), std::string::npos);
+    ASSERT_NE(second, std::string::npos);
+    ASSERT_NE(nextObject, std::string::npos);
+    EXPECT_LT(first, nextObject);
+    EXPECT_GT(second, nextObject);
+}
+
 // All eight combinations, in a run that has something for each stream: what cannot be printed is told of by
 // the status, and nothing of it gets into a file.
 TEST_F(Environment, AnyStandardStreamsMayBeClosed) {
